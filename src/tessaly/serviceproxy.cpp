@@ -1,0 +1,7 @@
+#include "tessaly/serviceproxy.h"
+
+namespace tessaly {
+
+ServiceProxy::~ServiceProxy() = default;
+
+} // namespace tessaly

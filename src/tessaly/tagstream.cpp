@@ -1,0 +1,7 @@
+#include "tessaly/tagstream.h"
+
+namespace tessaly {
+
+TagStream::~TagStream() = default;
+
+} // namespace tessaly

@@ -1,0 +1,7 @@
+#include "tessaly/zetvariable.h"
+
+namespace tessaly {
+
+zetVariable::~zetVariable() = default;
+
+} // namespace tessaly
