@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QStringList>
+#include <QTextStream>
+
+// One subcommand of the veldra tool.
+struct Command
+{
+    QString name;
+    QString summary;
+    // Exit status: 0 done, 1 no result (said on standard error), 2 bad input or usage.
+    int (*run)(const QStringList &arguments);
+};
+
+namespace exitcode {
+constexpr int ok = 0;
+constexpr int noResult = 1;
+constexpr int badInput = 2;
+} // namespace exitcode
+
+class QCommandLineParser;
+
+QTextStream &out();
+QTextStream &err();
+// The parser's help with "veldra NAME" in its usage line.
+QString usageText(const QCommandLineParser &parser, const QString &name);
+
+// The commands, each in its own source file.
+int runSql(const QStringList &arguments);

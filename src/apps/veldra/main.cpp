@@ -1,0 +1,73 @@
+#include "command.h"
+
+#include "tessaly/error.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
+#include <cstdio>
+
+QTextStream &out()
+{
+    static QTextStream stream(stdout);
+    return stream;
+}
+
+QTextStream &err()
+{
+    static QTextStream stream(stderr);
+    return stream;
+}
+
+QString usageText(const QCommandLineParser &parser, const QString &name)
+{
+    QString help = parser.helpText();
+    const qsizetype options = help.indexOf(QLatin1String(" [options]"));
+    if (help.startsWith(QLatin1String("Usage: ")) && options > 0)
+        help.replace(7, options - 7, QStringLiteral("veldra ") + name);
+    return help;
+}
+
+namespace {
+
+const Command commands[] = {
+    { QStringLiteral("sql"), QStringLiteral("print the SELECT statement text of a query definition"), runSql },
+};
+
+void printUsage(QTextStream &stream)
+{
+    stream << "Usage: veldra COMMAND [OPTIONS]\n\nCommands:\n";
+    for (const Command &command : commands)
+        stream << "  " << command.name.leftJustified(10) << command.summary << '\n';
+    stream << "\nRun 'veldra COMMAND --help' for the options of a command.\n";
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("veldra"));
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() < 2 || arguments.at(1) == u"--help" || arguments.at(1) == u"-h") {
+        printUsage(arguments.size() < 2 ? err() : out());
+        return arguments.size() < 2 ? exitcode::badInput : exitcode::ok;
+    }
+    for (const Command &command : commands) {
+        if (command.name != arguments.at(1))
+            continue;
+        try {
+            const int status = command.run(arguments.mid(1));
+            out().flush();
+            err().flush();
+            return status;
+        } catch (const tessaly::Error &error) {
+            out().flush();
+            err() << "veldra " << command.name << ": " << error.message() << Qt::endl;
+            return exitcode::badInput;
+        }
+    }
+    err() << "veldra: unknown command '" << arguments.at(1) << "'\n\n";
+    printUsage(err());
+    return exitcode::badInput;
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "tessaly/zetvariable.h"
+
+namespace veldra {
+
+// One selectable item: a column of a table (kind 1) or a free expression (any other kind).
+class ColumnInfo final : public tessaly::zetVariable
+{
+public:
+    static constexpr qint32 TableColumn = 1;
+    static constexpr qint32 Expression = 2;
+
+    QString table() const { return m_table; }
+    void setTable(const QString &table) { m_table = table; }
+    qint32 columnType() const { return m_columnType; }
+    void setColumnType(qint32 columnType) { m_columnType = columnType; }
+    QString alias() const { return m_alias; }
+    void setAlias(const QString &alias) { m_alias = alias; }
+    QString express() const { return m_express; }
+    void setExpress(const QString &express) { m_express = express; }
+
+    // How the item is selected in a statement: "table.column" for a column, the expression
+    // text otherwise. Nothing is quoted.
+    QString GetSelectionName() const;
+
+    std::shared_ptr<ColumnInfo> copy() const { return std::make_shared<ColumnInfo>(*this); }
+
+    bool zetVariable_Read(tessaly::TagStream &stream) override;
+    bool zetVariable_Write(tessaly::TagStream &stream) override;
+    tessaly::ObjectRef zetVariable_Copy() const override { return copy(); }
+    QString zetVariable_Print() const override;
+    QString zetVariable_GetCLSID() const override;
+    QString zetVariable_GetTypeName() const override;
+
+private:
+    QString m_table;
+    qint32 m_columnType = TableColumn;
+    QString m_alias;
+    QString m_express;
+};
+
+} // namespace veldra

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "tessaly/zetvariable.h"
+
+namespace veldra {
+
+// One item of a fixed ORDER BY: a selection text and its direction.
+class OrderInfo final : public tessaly::zetVariable
+{
+public:
+    QString column() const { return m_column; }
+    void setColumn(const QString &column) { m_column = column; }
+    bool ascendant() const { return m_ascendant; }
+    void setAscendant(bool ascendant) { m_ascendant = ascendant; }
+
+    std::shared_ptr<OrderInfo> copy() const { return std::make_shared<OrderInfo>(*this); }
+
+    bool zetVariable_Read(tessaly::TagStream &stream) override;
+    bool zetVariable_Write(tessaly::TagStream &stream) override;
+    tessaly::ObjectRef zetVariable_Copy() const override { return copy(); }
+    QString zetVariable_Print() const override;
+    QString zetVariable_GetCLSID() const override;
+    QString zetVariable_GetTypeName() const override;
+
+private:
+    QString m_column;
+    bool m_ascendant = true;
+};
+
+} // namespace veldra

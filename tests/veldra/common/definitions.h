@@ -1,0 +1,94 @@
+#pragma once
+
+// Small builders for query definitions in tests.
+
+#include "tessaly/xmltagreader.h"
+#include "tessaly/xmltagwriter.h"
+#include "veldra/records/paraminfo.h"
+#include "veldra/records/sqlinfo.h"
+#include "veldra/records/tableinfo.h"
+
+#include <QStringList>
+
+namespace testdefs {
+
+using namespace veldra;
+
+inline std::shared_ptr<ColumnInfo> column(const QString &table, const QString &name, const QString &alias = {})
+{
+    auto column = std::make_shared<ColumnInfo>();
+    column->setTable(table);
+    column->setExpress(name);
+    column->setAlias(alias);
+    return column;
+}
+
+inline std::shared_ptr<ColumnInfo> expression(const QString &text, const QString &alias = {})
+{
+    auto column = std::make_shared<ColumnInfo>();
+    column->setColumnType(ColumnInfo::Expression);
+    column->setExpress(text);
+    column->setAlias(alias);
+    return column;
+}
+
+// Adds a table whose columns are given as "name" or "name=Alias".
+inline std::shared_ptr<TableInfo> addTable(SQLInfo &query, const QString &name, const QStringList &columns)
+{
+    auto table = std::make_shared<TableInfo>();
+    table->setTableName(name);
+    for (const QString &spec : columns) {
+        const QStringList parts = spec.split(u'=');
+        table->columns()->setObject(parts.at(0), column(name, parts.at(0), parts.value(1)));
+    }
+    query.tables()->setObject(name, table);
+    return table;
+}
+
+inline void addExpression(SQLInfo &query, const QString &text, const QString &alias = {})
+{
+    query.expressions()->setObject(text, expression(text, alias));
+}
+
+inline void setDatabase(SQLInfo &query, const QString &provider, const QString &dsn, const QString &catalog)
+{
+    query.dbInfo()->setProvider(provider);
+    query.dbInfo()->setDsn(dsn);
+    query.dbInfo()->setCatalog(catalog);
+}
+
+inline void select(SQLInfo &query, const QStringList &selections)
+{
+    for (const QString &selection : selections)
+        query.selections()->append(selection);
+}
+
+inline std::shared_ptr<ParamInfo> addParameter(SQLInfo &query, const QString &name, const QString &title,
+                                               qint32 type = ParamInfo::TypedIn)
+{
+    auto parameter = std::make_shared<ParamInfo>();
+    parameter->setParamName(name);
+    parameter->setTitle(title);
+    parameter->setParamType(type);
+    query.parameters()->setObject(name, parameter);
+    return parameter;
+}
+
+inline QByteArray save(tessaly::zetVariable &variable)
+{
+    QByteArray xml;
+    tessaly::XmlTagWriter writer(&xml);
+    variable.zetVariable_Write(writer);
+    writer.finish();
+    return xml;
+}
+
+template<typename T>
+void load(T &variable, const QByteArray &xml)
+{
+    tessaly::XmlTagReader reader(xml, QStringLiteral("test"));
+    variable.zetVariable_Read(reader);
+    reader.finish();
+}
+
+} // namespace testdefs
