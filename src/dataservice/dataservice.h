@@ -1,0 +1,41 @@
+#pragma once
+
+#include "datasourcecatalog.h"
+
+#include <QByteArray>
+
+#include <memory>
+
+class QIODevice;
+
+namespace dataservice {
+
+class Backend;
+struct Request;
+class ResponseWriter;
+
+// Answers request documents: navigation requests list providers, data sources, catalogs,
+// tables and columns; record requests run as one read-only SELECT whose rows are written
+// to the output as they arrive. See docs/protocol.md for the formats.
+class DataService
+{
+public:
+    // The built-in sample plus the user's configuration file.
+    DataService();
+    explicit DataService(DataSourceCatalog dataSources);
+
+    // Writes the response document to out. Throws tessaly::Error with one of the numbers in
+    // errornumber.h; what was written to out before an error is incomplete and to be dropped.
+    void answer(const QByteArray &requestXml, QIODevice *out) const;
+    QByteArray answer(const QByteArray &requestXml) const;
+
+    const DataSourceCatalog &dataSources() const { return m_dataSources; }
+
+private:
+    std::unique_ptr<Backend> connect(const Request &request) const;
+    void navigate(const Request &request, ResponseWriter &writer) const;
+
+    DataSourceCatalog m_dataSources;
+};
+
+} // namespace dataservice

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QList>
+#include <QPair>
+#include <QString>
+
+namespace dataservice {
+
+// One named connection the service offers: which engine, where the data lives, and the
+// limits every request against it runs under.
+struct DataSource
+{
+    static constexpr qint64 DefaultRowCap = 100000;
+    static constexpr int DefaultTimeoutMs = 30000;
+
+    QString name;
+    QString provider;                         // "SQLite" or "PostgreSQL"
+
+    // SQLite: the database file (catalog "main") and further files attached read-only.
+    QString path;
+    QList<QPair<QString, QString>> attachments; // catalog name, file
+
+    // PostgreSQL: libpq connection keywords and values (host, port, dbname, user, ...).
+    QList<QPair<QString, QString>> connection;
+
+    qint64 rowCap = DefaultRowCap;
+    int timeoutMs = DefaultTimeoutMs;
+};
+
+} // namespace dataservice

@@ -1,0 +1,206 @@
+#include "responsewriter.h"
+
+#include "errornumber.h"
+
+#include <tessaly/error.h>
+
+#include <QIODevice>
+
+#include <cstring>
+
+namespace dataservice {
+
+namespace {
+
+constexpr qsizetype FlushSize = 64 * 1024;
+
+// Length of the valid UTF-8 sequence at p that XML 1.0 may carry, or 0.
+int xmlCharLength(const unsigned char *p, const unsigned char *end)
+{
+    const unsigned char c = p[0];
+    int length;
+    char32_t code;
+    if (c < 0xC2)
+        return 0;
+    if (c < 0xE0) {
+        length = 2;
+        code = c & 0x1F;
+    } else if (c < 0xF0) {
+        length = 3;
+        code = c & 0x0F;
+    } else if (c < 0xF5) {
+        length = 4;
+        code = c & 0x07;
+    } else {
+        return 0;
+    }
+    if (end - p < length)
+        return 0;
+    for (int i = 1; i < length; ++i) {
+        if ((p[i] & 0xC0) != 0x80)
+            return 0;
+        code = (code << 6) | (p[i] & 0x3F);
+    }
+    const bool overlong = (length == 3 && code < 0x800) || (length == 4 && code < 0x10000);
+    const bool surrogate = code >= 0xD800 && code <= 0xDFFF;
+    if (overlong || surrogate || code == 0xFFFE || code == 0xFFFF || code > 0x10FFFF)
+        return 0;
+    return length;
+}
+
+// True when the bytes are UTF-8 text that XML 1.0 can carry.
+bool isXmlText(const char *data, qsizetype size)
+{
+    const auto *p = reinterpret_cast<const unsigned char *>(data);
+    const auto *end = p + size;
+    while (p < end) {
+        if (*p < 0x80) {
+            if (*p < 0x20 && *p != '\t' && *p != '\n' && *p != '\r')
+                return false;
+            ++p;
+            continue;
+        }
+        const int length = xmlCharLength(p, end);
+        if (length == 0)
+            return false;
+        p += length;
+    }
+    return true;
+}
+
+} // namespace
+
+ResponseWriter::ResponseWriter(QIODevice *out)
+    : m_out(out)
+{
+    m_buffer.reserve(FlushSize + 4096);
+}
+
+void ResponseWriter::flush()
+{
+    if (m_buffer.isEmpty())
+        return;
+    if (m_out->write(m_buffer) != m_buffer.size())
+        throw tessaly::Error(ErrorNumber::Unspecified,
+                             QStringLiteral("The response could not be written: %1.").arg(m_out->errorString()));
+    m_buffer.resize(0);
+}
+
+void ResponseWriter::maybeFlush()
+{
+    if (m_buffer.size() >= FlushSize)
+        flush();
+}
+
+void ResponseWriter::appendEscaped(const char *data, qsizetype size, bool attribute)
+{
+    const char *run = data;
+    const char *end = data + size;
+    for (const char *p = data; p < end; ++p) {
+        const char *replacement;
+        switch (*p) {
+        case '<': replacement = "&lt;"; break;
+        case '>': replacement = "&gt;"; break;
+        case '&': replacement = "&amp;"; break;
+        case '\r': replacement = "&#13;"; break; // a parser would turn a bare CR into LF
+        case '"': if (!attribute) continue; replacement = "&quot;"; break;
+        case '\n': if (!attribute) continue; replacement = "&#10;"; break;
+        case '\t': if (!attribute) continue; replacement = "&#9;"; break;
+        default: continue;
+        }
+        m_buffer.append(run, p - run);
+        m_buffer.append(replacement);
+        run = p + 1;
+    }
+    m_buffer.append(run, end - run);
+}
+
+void ResponseWriter::startResponse()
+{
+    m_buffer.append("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<response>");
+}
+
+void ResponseWriter::endResponse()
+{
+    m_buffer.append("</response>\n");
+    flush();
+}
+
+void ResponseWriter::item(const QByteArray &name, const QByteArray &type)
+{
+    m_buffer.append("<item name=\"");
+    appendEscaped(name.constData(), name.size(), true);
+    if (!type.isEmpty()) {
+        m_buffer.append("\" type=\"");
+        appendEscaped(type.constData(), type.size(), true);
+    }
+    m_buffer.append("\"/>");
+    maybeFlush();
+}
+
+void ResponseWriter::startTable(const QList<QByteArray> &columnNames)
+{
+    m_fieldStarts.clear();
+    for (const QByteArray &name : columnNames) {
+        QByteArray saved;
+        saved.swap(m_buffer);
+        m_buffer.append("<field name=\"");
+        if (isXmlText(name.constData(), name.size()))
+            appendEscaped(name.constData(), name.size(), true);
+        else
+            m_buffer.append(name.toBase64()); // a name XML cannot carry; rare enough to keep simple
+        m_buffer.append('"');
+        m_fieldStarts.append(m_buffer);
+        m_buffer.swap(saved);
+    }
+    m_buffer.append("<table>");
+}
+
+void ResponseWriter::startRecord()
+{
+    m_buffer.append("<record>");
+    m_column = 0;
+}
+
+void ResponseWriter::value(const char *utf8, qsizetype size)
+{
+    if (!isXmlText(utf8, size)) {
+        blobValue(utf8, size);
+        return;
+    }
+    m_buffer.append(m_fieldStarts.at(m_column++));
+    m_buffer.append('>');
+    appendEscaped(utf8, size, false);
+    m_buffer.append("</field>");
+}
+
+void ResponseWriter::blobValue(const char *data, qsizetype size)
+{
+    m_buffer.append(m_fieldStarts.at(m_column++));
+    m_buffer.append(" encoding=\"base64\">");
+    m_buffer.append(QByteArray::fromRawData(data, size).toBase64());
+    m_buffer.append("</field>");
+}
+
+void ResponseWriter::nullValue()
+{
+    m_buffer.append(m_fieldStarts.at(m_column++));
+    m_buffer.append(" null=\"true\"/>");
+}
+
+void ResponseWriter::endRecord()
+{
+    m_buffer.append("</record>");
+    maybeFlush();
+}
+
+void ResponseWriter::endTable(qint64 rows, bool truncated, qint64 rowCap)
+{
+    m_buffer.append("</table><result rows=\"");
+    m_buffer.append(QByteArray::number(rows));
+    m_buffer.append(truncated ? "\" truncated=\"true\" rowcap=\"" : "\" truncated=\"false\" rowcap=\"");
+    m_buffer.append(QByteArray::number(rowCap));
+    m_buffer.append("\"/>");
+}
+
+} // namespace dataservice

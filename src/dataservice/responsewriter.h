@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+
+class QIODevice;
+
+namespace dataservice {
+
+// Writes the response text to a device as the rows arrive, through a small buffer, so a
+// result is never held whole in memory. Values come as UTF-8 bytes straight from the engine.
+//   <response><item name="orders" type="table"/>...</response>
+//   <response><table><record><field name="id">1</field>...</record>...</table>
+//             <result rows="2" truncated="false" rowcap="100000"/></response>
+class ResponseWriter
+{
+public:
+    explicit ResponseWriter(QIODevice *out);
+
+    void startResponse();
+    void endResponse();
+
+    // One navigation entry; type may be empty.
+    void item(const QByteArray &name, const QByteArray &type);
+
+    void startTable(const QList<QByteArray> &columnNames);
+    void startRecord();
+    void value(const char *utf8, qsizetype size);
+    void blobValue(const char *data, qsizetype size);
+    void nullValue();
+    void endRecord();
+    void endTable(qint64 rows, bool truncated, qint64 rowCap);
+
+    void flush();
+
+private:
+    void appendEscaped(const char *data, qsizetype size, bool attribute);
+    void maybeFlush();
+
+    QIODevice *m_out;
+    QByteArray m_buffer;
+    QList<QByteArray> m_fieldStarts; // "<field name=\"...\"" per column
+    int m_column = 0;
+};
+
+} // namespace dataservice

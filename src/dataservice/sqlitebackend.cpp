@@ -1,0 +1,356 @@
+#include "sqlitebackend.h"
+
+#include "errornumber.h"
+#include "request.h"
+#include "responsewriter.h"
+
+#include <tessaly/error.h>
+
+#include <QFileInfo>
+#include <QSet>
+
+#include <sqlite3.h>
+
+#include <chrono>
+#include <cstring>
+#include <memory>
+
+namespace dataservice {
+
+using Clock = std::chrono::steady_clock;
+
+struct SqliteBackend::Guard
+{
+    QByteArray catalog;
+    QString refusal;
+    Clock::time_point deadline;
+    bool timedOut = false;
+};
+
+namespace {
+
+struct StatementDeleter
+{
+    void operator()(sqlite3_stmt *statement) const { sqlite3_finalize(statement); }
+};
+using Statement = std::unique_ptr<sqlite3_stmt, StatementDeleter>;
+
+constexpr int LengthLimit = 100 * 1000 * 1000;
+constexpr int ProgressSteps = 1000;
+
+// Functions a query may call: pure computations on the values it reads. Anything that
+// reaches outside the statement (load_extension, the fts3 tokenizer hook, ...) is missing.
+const QSet<QByteArray> &allowedFunctions()
+{
+    static const QSet<QByteArray> names = {
+        "abs", "avg", "char", "coalesce", "count", "date", "datetime", "julianday", "strftime",
+        "time", "unixepoch", "glob", "group_concat", "string_agg", "hex", "ifnull", "iif", "instr",
+        "length", "like", "likelihood", "likely", "unlikely", "lower", "ltrim", "max", "min",
+        "nullif", "printf", "format", "quote", "random", "replace", "round", "rtrim", "sign",
+        "substr", "substring", "sum", "total", "trim", "typeof", "unicode", "upper", "concat",
+        "concat_ws", "octet_length",
+        "acos", "acosh", "asin", "asinh", "atan", "atan2", "atanh", "ceil", "ceiling", "cos",
+        "cosh", "degrees", "exp", "floor", "ln", "log", "log10", "log2", "mod", "pi", "pow",
+        "power", "radians", "sin", "sinh", "sqrt", "tan", "tanh", "trunc",
+        "json", "json_array", "json_array_length", "json_extract", "json_object", "json_type",
+        "json_valid", "json_quote", "json_group_array", "json_group_object", "json_insert",
+        "json_patch", "json_remove", "json_replace", "json_set",
+        "row_number", "rank", "dense_rank", "percent_rank", "cume_dist", "ntile", "lag", "lead",
+        "first_value", "last_value", "nth_value",
+    };
+    return names;
+}
+
+QString actionName(int action)
+{
+    switch (action) {
+    case SQLITE_INSERT: return QStringLiteral("writing (INSERT)");
+    case SQLITE_UPDATE: return QStringLiteral("writing (UPDATE)");
+    case SQLITE_DELETE: return QStringLiteral("writing (DELETE)");
+    case SQLITE_ATTACH: return QStringLiteral("ATTACH");
+    case SQLITE_DETACH: return QStringLiteral("DETACH");
+    case SQLITE_PRAGMA: return QStringLiteral("PRAGMA");
+    case SQLITE_TRANSACTION: return QStringLiteral("transaction control");
+    case SQLITE_SAVEPOINT: return QStringLiteral("SAVEPOINT");
+    case SQLITE_ANALYZE: return QStringLiteral("ANALYZE");
+    case SQLITE_REINDEX: return QStringLiteral("REINDEX");
+    case SQLITE_ALTER_TABLE: return QStringLiteral("ALTER TABLE");
+    default: return QStringLiteral("schema changes or other actions (code %1)").arg(action);
+    }
+}
+
+int authorize(void *context, int action, const char *third, const char *fourth, const char *database,
+              const char * /*trigger*/)
+{
+    auto *guard = static_cast<SqliteBackend::Guard *>(context);
+    switch (action) {
+    case SQLITE_SELECT:
+    case SQLITE_RECURSIVE:
+        return SQLITE_OK;
+    case SQLITE_READ:
+        if (database && guard->catalog == database)
+            return SQLITE_OK;
+        guard->refusal = QStringLiteral("it reads %1.%2, outside catalog %3")
+                             .arg(QString::fromUtf8(database), QString::fromUtf8(third),
+                                  QString::fromUtf8(guard->catalog));
+        return SQLITE_DENY;
+    case SQLITE_FUNCTION:
+        if (fourth && allowedFunctions().contains(QByteArray(fourth).toLower()))
+            return SQLITE_OK;
+        guard->refusal = QStringLiteral("the function %1() is not allowed").arg(QString::fromUtf8(fourth));
+        return SQLITE_DENY;
+    default:
+        guard->refusal = QStringLiteral("%1 is not allowed; only reading").arg(actionName(action));
+        return SQLITE_DENY;
+    }
+}
+
+int checkDeadline(void *context)
+{
+    auto *guard = static_cast<SqliteBackend::Guard *>(context);
+    if (Clock::now() < guard->deadline)
+        return 0;
+    guard->timedOut = true;
+    return 1;
+}
+
+// What follows the first statement must be blank or comments only.
+bool isBlankTail(const char *tail)
+{
+    const char *p = tail;
+    while (*p) {
+        if (*p == ' ' || *p == '\t' || *p == '\n' || *p == '\r' || *p == '\f') {
+            ++p;
+        } else if (p[0] == '-' && p[1] == '-') {
+            while (*p && *p != '\n')
+                ++p;
+        } else if (p[0] == '/' && p[1] == '*') {
+            const char *end = std::strstr(p + 2, "*/");
+            if (!end)
+                return true; // an unclosed comment runs to the end
+            p = end + 2;
+        } else {
+            return false;
+        }
+    }
+    return true;
+}
+
+QString columnText(sqlite3_stmt *statement, int column)
+{
+    const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(statement, column));
+    return QString::fromUtf8(text, sqlite3_column_bytes(statement, column));
+}
+
+} // namespace
+
+SqliteBackend::SqliteBackend(DataSource dataSource)
+    : Backend(std::move(dataSource))
+{
+    open();
+}
+
+SqliteBackend::~SqliteBackend()
+{
+    sqlite3_close_v2(m_db);
+}
+
+void SqliteBackend::fail(qint32 number, const QString &what) const
+{
+    throw tessaly::Error(number, QStringLiteral("%1 (data source %2, file %3): %4")
+                                     .arg(what, m_dataSource.name, m_dataSource.path,
+                                          QString::fromUtf8(sqlite3_errmsg(m_db))));
+}
+
+void SqliteBackend::open()
+{
+    if (!QFileInfo(m_dataSource.path).isFile())
+        throw tessaly::Error(ErrorNumber::ConnectionFailed,
+                             QStringLiteral("The database file %1 of data source %2 does not exist.")
+                                 .arg(m_dataSource.path, m_dataSource.name));
+    const int flags = SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_PRIVATECACHE;
+    if (sqlite3_open_v2(m_dataSource.path.toUtf8().constData(), &m_db, flags, nullptr) != SQLITE_OK)
+        fail(ErrorNumber::ConnectionFailed, QStringLiteral("The database cannot be opened"));
+    sqlite3_extended_result_codes(m_db, 1);
+    sqlite3_db_config(m_db, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    sqlite3_db_config(m_db, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+    sqlite3_db_config(m_db, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0, nullptr);
+    sqlite3_limit(m_db, SQLITE_LIMIT_LENGTH, LengthLimit);
+    sqlite3_busy_timeout(m_db, m_dataSource.timeoutMs);
+    // Reading the schema tells a database from any other file.
+    Statement check(prepareOwn(QStringLiteral("SELECT count(*) FROM sqlite_master")));
+    if (sqlite3_step(check.get()) != SQLITE_ROW)
+        fail(ErrorNumber::ConnectionFailed, QStringLiteral("The file is not a readable database"));
+    for (const auto &[name, path] : m_dataSource.attachments)
+        attach(name, path);
+}
+
+void SqliteBackend::attach(const QString &name, const QString &path)
+{
+    if (!QFileInfo(path).isFile())
+        throw tessaly::Error(ErrorNumber::ConnectionFailed,
+                             QStringLiteral("The file %1 of catalog %2 in data source %3 does not exist.")
+                                 .arg(path, name, m_dataSource.name));
+    // Attached files inherit the read-only flag of the connection.
+    Statement statement(prepareOwn(QStringLiteral("ATTACH DATABASE ?1 AS ") + quoteIdentifier(name)));
+    const QByteArray file = path.toUtf8();
+    sqlite3_bind_text(statement.get(), 1, file.constData(), int(file.size()), SQLITE_TRANSIENT);
+    if (sqlite3_step(statement.get()) != SQLITE_DONE)
+        fail(ErrorNumber::ConnectionFailed, QStringLiteral("Catalog %1 cannot be attached").arg(name));
+}
+
+sqlite3_stmt *SqliteBackend::prepareOwn(const QString &sql)
+{
+    sqlite3_stmt *statement = nullptr;
+    const QByteArray text = sql.toUtf8();
+    if (sqlite3_prepare_v2(m_db, text.constData(), int(text.size()), &statement, nullptr) != SQLITE_OK)
+        fail(ErrorNumber::DatabaseError, QStringLiteral("Reading the structure failed"));
+    return statement;
+}
+
+QStringList SqliteBackend::catalogs()
+{
+    Statement statement(prepareOwn(QStringLiteral("PRAGMA database_list")));
+    QStringList names;
+    while (sqlite3_step(statement.get()) == SQLITE_ROW) {
+        const QString name = columnText(statement.get(), 1);
+        if (name != u"temp")
+            names.append(name);
+    }
+    return names;
+}
+
+QList<StructureItem> SqliteBackend::tables(const QString &catalog)
+{
+    checkCatalog(catalog);
+    Statement statement(prepareOwn(QStringLiteral("SELECT name, type FROM %1.sqlite_master "
+                                                  "WHERE type IN ('table', 'view') "
+                                                  "AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\' ORDER BY name")
+                                       .arg(quoteIdentifier(catalog))));
+    QList<StructureItem> items;
+    int rc;
+    while ((rc = sqlite3_step(statement.get())) == SQLITE_ROW)
+        items.append({columnText(statement.get(), 0), columnText(statement.get(), 1)});
+    if (rc != SQLITE_DONE)
+        fail(ErrorNumber::DatabaseError, QStringLiteral("Listing the tables of %1 failed").arg(catalog));
+    return items;
+}
+
+QList<StructureItem> SqliteBackend::columns(const QString &catalog, const QString &table)
+{
+    const QList<StructureItem> known = tables(catalog);
+    const auto found = std::find_if(known.begin(), known.end(),
+                                    [&](const StructureItem &item) { return item.name == table; });
+    if (found == known.end())
+        unknownTable(catalog, table);
+    Statement statement(prepareOwn(QStringLiteral("SELECT name, type FROM pragma_table_info(?1, ?2) ORDER BY cid")));
+    const QByteArray tableName = table.toUtf8();
+    const QByteArray schema = catalog.toUtf8();
+    sqlite3_bind_text(statement.get(), 1, tableName.constData(), int(tableName.size()), SQLITE_TRANSIENT);
+    sqlite3_bind_text(statement.get(), 2, schema.constData(), int(schema.size()), SQLITE_TRANSIENT);
+    QList<StructureItem> items;
+    int rc;
+    while ((rc = sqlite3_step(statement.get())) == SQLITE_ROW)
+        items.append({columnText(statement.get(), 0), columnText(statement.get(), 1)});
+    if (rc != SQLITE_DONE)
+        fail(ErrorNumber::DatabaseError, QStringLiteral("Listing the columns of %1.%2 failed").arg(catalog, table));
+    return items;
+}
+
+sqlite3_stmt *SqliteBackend::prepareGuarded(const QString &sql, Guard &guard)
+{
+    const QByteArray text = sql.toUtf8();
+    sqlite3_stmt *statement = nullptr;
+    const char *tail = nullptr;
+    const int rc = sqlite3_prepare_v2(m_db, text.constData(), int(text.size()) + 1, &statement, &tail);
+    if (rc != SQLITE_OK) {
+        sqlite3_finalize(statement);
+        if (!guard.refusal.isEmpty())
+            throw tessaly::Error(ErrorNumber::StatementRefused,
+                                 QStringLiteral("The statement is refused: %1.").arg(guard.refusal));
+        if (guard.timedOut)
+            fail(ErrorNumber::Timeout, QStringLiteral("Preparing the statement took too long"));
+        fail(ErrorNumber::DatabaseError, QStringLiteral("The statement failed"));
+    }
+    Statement owned(statement);
+    if (!statement)
+        throw tessaly::Error(ErrorNumber::StatementRefused, QStringLiteral("The statement is refused: it is empty."));
+    if (tail && !isBlankTail(tail))
+        throw tessaly::Error(ErrorNumber::StatementRefused,
+                             QStringLiteral("The statement is refused: it holds more than one statement."));
+    if (!sqlite3_stmt_readonly(statement) || sqlite3_stmt_isexplain(statement))
+        throw tessaly::Error(ErrorNumber::StatementRefused,
+                             QStringLiteral("The statement is refused: only a plain read-only SELECT may run."));
+    return owned.release();
+}
+
+void SqliteBackend::stream(sqlite3_stmt *statement, Guard &guard, qint64 limit, ResponseWriter &writer)
+{
+    const int count = sqlite3_column_count(statement);
+    QList<QByteArray> names;
+    for (int i = 0; i < count; ++i)
+        names.append(QByteArray(sqlite3_column_name(statement, i)));
+    writer.startTable(names);
+    const qint64 cap = m_dataSource.rowCap;
+    qint64 rows = 0;
+    bool truncated = false;
+    int rc;
+    while ((rc = sqlite3_step(statement)) == SQLITE_ROW) {
+        if (rows == cap || rows == limit) {
+            truncated = rows == cap;
+            break;
+        }
+        writer.startRecord();
+        for (int i = 0; i < count; ++i) {
+            switch (sqlite3_column_type(statement, i)) {
+            case SQLITE_NULL:
+                writer.nullValue();
+                break;
+            case SQLITE_BLOB: {
+                const auto *data = static_cast<const char *>(sqlite3_column_blob(statement, i));
+                writer.blobValue(data, sqlite3_column_bytes(statement, i));
+                break;
+            }
+            default: {
+                const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(statement, i));
+                writer.value(text, sqlite3_column_bytes(statement, i));
+            }
+            }
+        }
+        writer.endRecord();
+        ++rows;
+    }
+    if (rc != SQLITE_ROW && rc != SQLITE_DONE) {
+        if (guard.timedOut)
+            throw tessaly::Error(ErrorNumber::Timeout,
+                                 QStringLiteral("The statement ran longer than %1 ms, the limit of data source %2, "
+                                                "and was stopped.").arg(m_dataSource.timeoutMs).arg(m_dataSource.name));
+        if (!guard.refusal.isEmpty())
+            throw tessaly::Error(ErrorNumber::StatementRefused,
+                                 QStringLiteral("The statement is refused: %1.").arg(guard.refusal));
+        fail(ErrorNumber::DatabaseError, QStringLiteral("The statement failed"));
+    }
+    writer.endTable(rows, truncated, cap);
+}
+
+void SqliteBackend::select(const Request &request, ResponseWriter &writer)
+{
+    const QString sql = buildStatement(request, SqlClause::Dialect::SQLite);
+    Guard guard;
+    guard.catalog = request.catalog.toUtf8();
+    guard.deadline = Clock::now() + std::chrono::milliseconds(m_dataSource.timeoutMs);
+    sqlite3_set_authorizer(m_db, authorize, &guard);
+    sqlite3_progress_handler(m_db, ProgressSteps, checkDeadline, &guard);
+    struct Reset {
+        sqlite3 *db;
+        ~Reset()
+        {
+            sqlite3_set_authorizer(db, nullptr, nullptr);
+            sqlite3_progress_handler(db, 0, nullptr, nullptr);
+        }
+    } reset{m_db};
+    Statement statement(prepareGuarded(sql, guard));
+    stream(statement.get(), guard, fetchLimit(request), writer);
+}
+
+} // namespace dataservice

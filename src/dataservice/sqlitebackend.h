@@ -1,0 +1,39 @@
+#pragma once
+
+#include "backend.h"
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace dataservice {
+
+// SQLite through its C API: the file opened read-only, every user statement prepared under
+// an authorizer that lets through reads of the request's catalog and a list of harmless
+// functions only, a progress handler that stops it at the deadline, and a tail check so a
+// second statement can never run.
+class SqliteBackend : public Backend
+{
+public:
+    explicit SqliteBackend(DataSource dataSource);
+    ~SqliteBackend() override;
+
+    QStringList catalogs() override;
+    QList<StructureItem> tables(const QString &catalog) override;
+    QList<StructureItem> columns(const QString &catalog, const QString &table) override;
+    void select(const Request &request, ResponseWriter &writer) override;
+
+    // State the authorizer and progress handler work on; public for the C callbacks.
+    struct Guard;
+
+private:
+    void open();
+    void attach(const QString &name, const QString &path);
+    sqlite3_stmt *prepareOwn(const QString &sql);
+    sqlite3_stmt *prepareGuarded(const QString &sql, Guard &guard);
+    void stream(sqlite3_stmt *statement, Guard &guard, qint64 limit, ResponseWriter &writer);
+    [[noreturn]] void fail(qint32 number, const QString &what) const;
+
+    sqlite3 *m_db = nullptr;
+};
+
+} // namespace dataservice
