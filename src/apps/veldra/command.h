@@ -27,3 +27,4 @@ QString usageText(const QCommandLineParser &parser, const QString &name);
 
 // The commands, each in its own source file.
 int runSql(const QStringList &arguments);
+int runRequest(const QStringList &arguments);

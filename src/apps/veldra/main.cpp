@@ -32,6 +32,8 @@ namespace {
 
 const Command commands[] = {
     { QStringLiteral("sql"), QStringLiteral("print the SELECT statement text of a query definition"), runSql },
+    { QStringLiteral("request"), QStringLiteral("print the data-service request of a component, after setting slots"),
+      runRequest },
 };
 
 void printUsage(QTextStream &stream)

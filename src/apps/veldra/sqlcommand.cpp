@@ -1,4 +1,5 @@
 #include "command.h"
+#include "componentsession.h"
 
 #include "tessaly/error.h"
 #include "veldra/records/definitionfile.h"
@@ -10,9 +11,10 @@ int runSql(const QStringList &arguments)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
-            "Prints the SELECT statement text of the query definition stored in FILE."));
+            "Prints the SELECT statement text of the query definition stored in FILE\n"
+            "(a saved definition, or a component document holding one)."));
     parser.addHelpOption();
-    parser.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("a saved query definition"));
+    parser.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("a saved query definition or component document"));
     if (!parser.parse(arguments)) {
         err() << "veldra sql: " << parser.errorText() << '\n';
         return exitcode::badInput;
@@ -26,7 +28,7 @@ int runSql(const QStringList &arguments)
         return exitcode::badInput;
     }
     const QString fileName = parser.positionalArguments().constFirst();
-    const auto query = veldra::readDefinitionFile(fileName);
+    const auto query = readDefinitionOrComponent(fileName);
     try {
         // Built whole before anything is printed, so a failure never leaves half a statement.
         out() << veldra::statementText(*query);

@@ -1,0 +1,72 @@
+#include "componentsession.h"
+
+#include "tessaly/componentdocument.h"
+#include "tessaly/error.h"
+#include "tessaly/variant.h"
+#include "veldra/records/definitionfile.h"
+
+#include <QFile>
+
+ComponentSession::ComponentSession() : m_host(std::make_shared<tessaly::ModelHost>(&m_model))
+{
+    m_model.zetPrimitiveModel_SetModel(m_host);
+    m_model.zetPrimitiveModel_onInitialize(tessaly::zetPrimitiveModel::NewComponent);
+}
+
+void ComponentSession::load(const QString &fileName)
+{
+    tessaly::ComponentDocument::load(fileName, m_model);
+}
+
+void ComponentSession::load(const QByteArray &data, const QString &sourceName)
+{
+    tessaly::ComponentDocument::load(data, sourceName, m_model);
+}
+
+void ComponentSession::save(const QString &fileName)
+{
+    tessaly::ComponentDocument::save(fileName, m_model);
+}
+
+void ComponentSession::setSlot(const QString &name, const QString &value)
+{
+    if (!m_host->hasSlot(name))
+        throw tessaly::Error(tessaly::ErrorNumber::InvalidArgument,
+                             QStringLiteral("the component has no slot \"%1\"; its slots are: %2")
+                                     .arg(name, m_host->slotNames().join(QStringLiteral(", "))));
+    try {
+        m_host->setSlotValue(name, value);
+    } catch (const tessaly::Error &error) {
+        throw tessaly::Error(error.number(), QStringLiteral("cannot set slot \"%1\" to \"%2\": %3")
+                                                     .arg(name, value, error.message()));
+    }
+}
+
+std::optional<QString> ComponentSession::currentRequest(QString *missing)
+{
+    m_host->setSlotValue(QStringLiteral("UpdateRequest"), true);
+    *missing = m_model.missingRequestPiece();
+    if (!missing->isEmpty())
+        return std::nullopt;
+    const auto request = m_host->slotValue(QStringLiteral("request")).value<tessaly::RequestRef>();
+    return request ? std::optional<QString>(request->text()) : std::nullopt;
+}
+
+std::shared_ptr<veldra::SQLInfo> ComponentSession::definition()
+{
+    return tessaly::objectCast<veldra::SQLInfo>(
+            tessaly::variant::heldObject(m_host->slotValue(QStringLiteral("SQLInfo"))));
+}
+
+std::shared_ptr<veldra::SQLInfo> readDefinitionOrComponent(const QString &fileName)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        throw tessaly::Error(tessaly::ErrorNumber::FileAccess, QStringLiteral("%1: %2").arg(fileName, file.errorString()));
+    const QByteArray data = file.readAll();
+    if (!tessaly::ComponentDocument::looksLikeComponentDocument(data))
+        return veldra::readDefinition(data, fileName);
+    ComponentSession session;
+    session.load(data, fileName);
+    return session.definition();
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "tessaly/modelhost.h"
+#include "veldra/component/tsyparamconditionmodel.h"
+
+#include <memory>
+
+namespace veldra {
+class SQLInfo;
+}
+
+// A component loaded from its document and hosted as the framework would host it.
+class ComponentSession
+{
+public:
+    ComponentSession();
+
+    // Raise tessaly::Error naming the file, line and column of what is wrong.
+    void load(const QString &fileName);
+    void load(const QByteArray &data, const QString &sourceName);
+    void save(const QString &fileName);
+
+    // Writes a slot as the framework does. Raises tessaly::Error for an unknown slot or a value
+    // the slot cannot take; the slot then keeps its value.
+    void setSlot(const QString &name, const QString &value);
+
+    // Asks the model for a fresh request; its text, or nothing with the reason in *missing.
+    std::optional<QString> currentRequest(QString *missing);
+
+    std::shared_ptr<veldra::SQLInfo> definition();
+    tessaly::ModelHost &host() { return *m_host; }
+
+private:
+    veldra::TsyParamConditionModel m_model;
+    std::shared_ptr<tessaly::ModelHost> m_host;
+};
+
+// A query definition from FILE, which holds either a definition or a whole component.
+std::shared_ptr<veldra::SQLInfo> readDefinitionOrComponent(const QString &fileName);

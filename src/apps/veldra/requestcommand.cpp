@@ -1,0 +1,58 @@
+#include "command.h"
+#include "componentsession.h"
+
+#include <QCommandLineParser>
+
+int runRequest(const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+            "Loads the component document DOC, writes each --set into the model's slot of that name\n"
+            "as the framework would, and prints the request the model publishes in its \"request\" slot.\n"
+            "Exit status: 0 a request was printed; 1 the definition yields no request (the missing\n"
+            "piece is named on standard error); 2 bad input (a file, a slot name or a value)."));
+    parser.addHelpOption();
+    parser.addPositionalArgument(QStringLiteral("DOC"), QStringLiteral("a saved component document"));
+    const QCommandLineOption set(QStringLiteral("set"),
+                                 QStringLiteral("write VALUE into the slot NAME (a parameter slot such as @@@Region, "
+                                                "selection, TopN, OrderBy, OrderByAscendant, UpdateRequest); repeatable"),
+                                 QStringLiteral("NAME=VALUE"));
+    const QCommandLineOption save(QStringLiteral("save"), QStringLiteral("write the component, with the values set, to OUT"),
+                                  QStringLiteral("OUT"));
+    parser.addOption(set);
+    parser.addOption(save);
+    if (!parser.parse(arguments)) {
+        err() << "veldra request: " << parser.errorText() << Qt::endl;
+        return exitcode::badInput;
+    }
+    if (parser.isSet(QStringLiteral("help"))) {
+        out() << usageText(parser, QStringLiteral("request"));
+        return exitcode::ok;
+    }
+    if (parser.positionalArguments().size() != 1) {
+        err() << "veldra request: give exactly one DOC (see veldra request --help)" << Qt::endl;
+        return exitcode::badInput;
+    }
+    const QString document = parser.positionalArguments().constFirst();
+
+    ComponentSession session;
+    session.load(document);
+    for (const QString &assignment : parser.values(set)) {
+        const qsizetype equals = assignment.indexOf(u'=');
+        if (equals <= 0) {
+            err() << "veldra request: --set wants NAME=VALUE, not \"" << assignment << '"' << Qt::endl;
+            return exitcode::badInput;
+        }
+        session.setSlot(assignment.left(equals), assignment.mid(equals + 1));
+    }
+    QString missing;
+    const std::optional<QString> request = session.currentRequest(&missing);
+    if (parser.isSet(save))
+        session.save(parser.value(save));
+    if (!request) {
+        err() << "veldra request: " << document << " yields no request: " << missing << Qt::endl;
+        return exitcode::noResult;
+    }
+    out() << *request << '\n';
+    return exitcode::ok;
+}

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "tessaly/zetmodelsite.h"
+
+#include <QList>
+#include <QStringList>
+#include <QVariant>
+
+#include <functional>
+
+namespace tessaly {
+
+class zetPrimitiveModel;
+
+// The host side of a model site. It records the slots a model declares and the changes it
+// reports, and, as the framework does, answers a slot-changed report by writing the slot's
+// value back into the model, so the model's re-entrancy guards are exercised for real.
+class ModelHost final : public zetModelSite
+{
+public:
+    struct Slot
+    {
+        QString name;
+        QString description;
+        bool parameter = false;
+    };
+
+    explicit ModelHost(zetPrimitiveModel *model) : m_model(model) { }
+
+    // The framework writing and reading a slot of the model.
+    void setSlotValue(const QString &name, const QVariant &value);
+    QVariant slotValue(const QString &name) const;
+
+    const QList<Slot> &declaredSlots() const { return m_slots; }
+    bool hasSlot(const QString &name) const;
+    QStringList slotNames() const;
+
+    // Every report in order: a slot name, or the change code as "#code".
+    const QStringList &reports() const { return m_reports; }
+    void clearReports() { m_reports.clear(); }
+
+    // Whether a slot-changed report is written back into the model (on by default).
+    void setEchoesChanges(bool echo) { m_echo = echo; }
+    // Called after each slot-changed report, as connected components would be.
+    std::function<void(const QString &name)> slotChanged;
+
+    void declareSlot(const QString &name, const QString &description) override;
+    bool declareParameterSlot(const QString &name, const QString &description) override;
+    void removeSlot(const QString &name) override;
+    void reportSlotChanged(const QString &name) override;
+    void reportChangeCode(int code) override;
+
+private:
+    qsizetype indexOf(const QString &name) const;
+
+    zetPrimitiveModel *m_model;
+    QList<Slot> m_slots;
+    QStringList m_reports;
+    bool m_echo = true;
+    int m_echoDepth = 0;
+};
+
+} // namespace tessaly

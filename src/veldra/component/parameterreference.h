@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QString>
+#include <QStringView>
+
+namespace veldra {
+
+// Parameter references in a condition: "@@@" followed by a name that ends before the first of
+// 27 delimiter characters ( -=<>+/* ',{}()&^%$#@!;:?~\| ) or at the end of the text. The whole
+// reference, "@@@" included, is the parameter's key.
+namespace parameterreference {
+
+inline constexpr QStringView marker = u"@@@";
+
+bool isDelimiter(QChar c);
+// Position of the first delimiter at or after from, or -1.
+qsizetype findDelimiter(QStringView text, qsizetype from);
+
+// Calls visit(stretchBefore, reference) for each reference in order, then returns the text after
+// the last one. Stretches and references are views into text.
+template<typename Visit>
+QStringView scan(QStringView text, Visit visit)
+{
+    qsizetype position = 0;
+    for (;;) {
+        const qsizetype start = text.indexOf(marker, position);
+        if (start < 0)
+            return text.mid(position);
+        qsizetype end = findDelimiter(text, start + marker.size());
+        if (end < 0)
+            end = text.size();
+        visit(text.mid(position, start - position), text.mid(start, end - start));
+        position = end;
+    }
+}
+
+} // namespace parameterreference
+} // namespace veldra

@@ -1,0 +1,226 @@
+#include "veldra/component/requestbuilder.h"
+
+#include "tessaly/namemap.h"
+#include "veldra/component/parameterreference.h"
+#include "veldra/records/sqlinfo.h"
+
+namespace veldra {
+
+namespace {
+
+// An item after the first is preceded by ","; so an empty first item adds nothing, a later one a lone ",".
+void join(QString &text, const QString &item)
+{
+    if (text.isEmpty()) {
+        text = item;
+    } else {
+        text += u',';
+        text += item;
+    }
+}
+
+QString wrap(QStringView open, const QString &value, QStringView close)
+{
+    if (value.isEmpty())
+        return {};
+    QString result;
+    result.reserve(open.size() + value.size() + close.size());
+    result += open;
+    result += value;
+    result += close;
+    return result;
+}
+
+QStringView trimBlanks(QStringView text)
+{
+    qsizetype begin = 0;
+    qsizetype end = text.size();
+    while (begin < end && text.at(begin) == u' ')
+        ++begin;
+    while (end > begin && text.at(end - 1) == u' ')
+        --end;
+    return text.mid(begin, end - begin);
+}
+
+QString direction(bool ascending)
+{
+    return ascending ? QStringLiteral(" ASC") : QStringLiteral(" DESC");
+}
+
+} // namespace
+
+QString RequestBuilder::escape(const QString &text)
+{
+    qsizetype first = 0;
+    while (first < text.size()) {
+        const QChar c = text.at(first);
+        if (c == u'<' || c == u'>' || c == u'&')
+            break;
+        ++first;
+    }
+    if (first == text.size())
+        return text;
+    QString out;
+    out.reserve(text.size() + text.size() / 8 + 8);
+    out += QStringView(text).left(first);
+    for (qsizetype i = first; i < text.size(); ++i) {
+        const QChar c = text.at(i);
+        if (c == u'<')
+            out += QStringView(u"&lt;");
+        else if (c == u'>')
+            out += QStringView(u"&gt;");
+        else if (c == u'&')
+            out += QStringView(u"&amp;");
+        else
+            out += c;
+    }
+    return out;
+}
+
+QStringList RequestBuilder::splitSelection(const QString &selection)
+{
+    QStringList names;
+    if (selection.isEmpty())
+        return names;
+    for (const QStringView piece : QStringView(selection).split(u','))
+        names.append(trimBlanks(piece).toString());
+    return names;
+}
+
+QString RequestBuilder::contentBlock() const
+{
+    QString fields;
+    for (const QString &name : splitSelection(m_in.selection)) {
+        const auto column = m_in.query->getColumnInfoFromDispName(name);
+        if (!column)
+            continue;
+        const QString selectionName = column->GetSelectionName();
+        // An empty alias differs too: the item then ends in a blank, which the service accepts.
+        join(fields, column->alias() == selectionName ? selectionName : selectionName + u' ' + column->alias());
+    }
+    return wrap(u"<content>record<field>", escape(fields), u"</field></content>");
+}
+
+QString RequestBuilder::tableNames() const
+{
+    QString names;
+    const auto tables = m_in.query->tables();
+    if (!tables)
+        return names;
+    for (int i = 0; i < tables->count(); ++i)
+        join(names, tables->key(i));
+    return names;
+}
+
+QString RequestBuilder::targetBlock() const
+{
+    const auto database = m_in.query->dbInfo();
+    if (!database || database->provider().isEmpty() || database->dsn().isEmpty() || database->catalog().isEmpty())
+        return {};
+    const QString tables = tableNames();
+    if (tables.isEmpty())
+        return {};
+    return QStringLiteral("<target>") + wrap(u"<provider>", escape(database->provider()), u"</provider>")
+            + wrap(u"<dsn>", escape(database->dsn()), u"</dsn>")
+            + wrap(u"<catalog>", escape(database->catalog()), u"</catalog>")
+            + wrap(u"<table>", escape(tables), u"</table>") + QStringLiteral("</target>");
+}
+
+QString RequestBuilder::conditionBlock() const
+{
+    const QString &condition = m_in.query->condition();
+    if (condition.isEmpty())
+        return {};
+    QString out;
+    out.reserve(condition.size());
+    QVariant value;
+    const QStringView rest = parameterreference::scan(condition, [&](QStringView before, QStringView reference) {
+        out += before;
+        // An unknown reference vanishes; a value goes in exactly as stored, quotes and all.
+        if (m_in.parameters && m_in.parameters->lookup(reference.toString(), &value))
+            out += value.toString();
+    });
+    out += rest;
+    return wrap(u"<condition>", escape(out), u"</condition>");
+}
+
+QString RequestBuilder::groupBlock() const
+{
+    if (!m_in.query->useGroupBy())
+        return {};
+    QString list;
+    const auto groupBy = m_in.query->groupBy();
+    if (groupBy && groupBy->count() > 0) {
+        for (const QString &item : *groupBy)
+            join(list, item);
+    } else {
+        for (const QString &name : splitSelection(m_in.selection)) {
+            const auto column = m_in.query->getColumnInfoFromDispName(name);
+            if (column && column->columnType() == ColumnInfo::TableColumn)
+                join(list, column->GetSelectionName());
+        }
+    }
+    return wrap(u"<group>", escape(list), u"</group>");
+}
+
+QString RequestBuilder::orderBlock() const
+{
+    if (!m_in.query->useOrderBy())
+        return {};
+    QString list;
+    if (!m_in.query->orderByAsParam()) {
+        if (const auto orderBy = m_in.query->orderBy()) {
+            for (const auto &order : *orderBy) {
+                if (order)
+                    join(list, order->column() + direction(order->ascendant()));
+            }
+        }
+    } else if (!m_in.orderBy.isEmpty()) {
+        list = m_in.orderBy + direction(m_in.orderByAscendant);
+    }
+    return wrap(u"<order>", escape(list), u"</order>");
+}
+
+QString RequestBuilder::rowCountBlock() const
+{
+    if (m_in.query->topN() <= 0)
+        return {};
+    const qint32 count = m_in.query->topNAsParam() ? m_in.topN : m_in.query->topN();
+    return QStringLiteral("<rowcount>%1</rowcount>").arg(count);
+}
+
+std::optional<QString> RequestBuilder::build() const
+{
+    if (!m_in.query)
+        return std::nullopt;
+    const QString content = contentBlock();
+    if (content.isEmpty())
+        return std::nullopt;
+    const QString target = targetBlock();
+    if (target.isEmpty())
+        return std::nullopt;
+    return QStringLiteral("<query><get>") + content + target + conditionBlock() + groupBlock() + orderBlock()
+            + rowCountBlock() + QStringLiteral("</get></query>");
+}
+
+QString RequestBuilder::missingPiece() const
+{
+    if (!m_in.query)
+        return QStringLiteral("no query definition");
+    if (contentBlock().isEmpty())
+        return m_in.selection.isEmpty()
+                ? QStringLiteral("no fields: the \"selection\" slot is empty")
+                : QStringLiteral("no fields: no name in the \"selection\" slot is a column or expression of the query");
+    const auto database = m_in.query->dbInfo();
+    if (!database || database->provider().isEmpty())
+        return QStringLiteral("no provider");
+    if (database->dsn().isEmpty())
+        return QStringLiteral("no data source");
+    if (database->catalog().isEmpty())
+        return QStringLiteral("no catalog");
+    if (tableNames().isEmpty())
+        return QStringLiteral("no table");
+    return {};
+}
+
+} // namespace veldra
