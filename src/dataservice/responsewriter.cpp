@@ -6,6 +6,7 @@
 
 #include <QIODevice>
 
+#include <array>
 #include <cstring>
 
 namespace dataservice {
@@ -47,6 +48,15 @@ int xmlCharLength(const unsigned char *p, const unsigned char *end)
         return 0;
     return length;
 }
+
+// ASCII bytes the text escaper must look at: markup characters and controls.
+constexpr auto NeedsAttention = [] {
+    std::array<bool, 128> table{};
+    for (int c = 0; c < 0x20; ++c)
+        table[c] = true;
+    table['<'] = table['>'] = table['&'] = true;
+    return table;
+}();
 
 // True when the bytes are UTF-8 text that XML 1.0 can carry.
 bool isXmlText(const char *data, qsizetype size)
@@ -164,14 +174,53 @@ void ResponseWriter::startRecord()
 
 void ResponseWriter::value(const char *utf8, qsizetype size)
 {
-    if (!isXmlText(utf8, size)) {
+    const qsizetype mark = m_buffer.size();
+    m_buffer.append(m_fieldStarts.at(m_column));
+    m_buffer.append('>');
+    if (!appendText(utf8, size)) {
+        m_buffer.resize(mark);
         blobValue(utf8, size);
         return;
     }
-    m_buffer.append(m_fieldStarts.at(m_column++));
-    m_buffer.append('>');
-    appendEscaped(utf8, size, false);
     m_buffer.append("</field>");
+    ++m_column;
+}
+
+// Escapes and checks in one pass; false when the bytes are not text XML can carry.
+bool ResponseWriter::appendText(const char *data, qsizetype size)
+{
+    const auto *p = reinterpret_cast<const unsigned char *>(data);
+    const auto *end = p + size;
+    const auto *run = p;
+    while (p < end) {
+        const unsigned char c = *p;
+        if (c >= 0x80) {
+            const int length = xmlCharLength(p, end);
+            if (length == 0)
+                return false;
+            p += length;
+            continue;
+        }
+        if (!NeedsAttention[c]) {
+            ++p;
+            continue;
+        }
+        const char *replacement;
+        switch (c) {
+        case '<': replacement = "&lt;"; break;
+        case '>': replacement = "&gt;"; break;
+        case '&': replacement = "&amp;"; break;
+        case '\r': replacement = "&#13;"; break;
+        case '\t':
+        case '\n': ++p; continue;
+        default: return false; // other control characters
+        }
+        m_buffer.append(reinterpret_cast<const char *>(run), p - run);
+        m_buffer.append(replacement);
+        run = ++p;
+    }
+    m_buffer.append(reinterpret_cast<const char *>(run), end - run);
+    return true;
 }
 
 void ResponseWriter::blobValue(const char *data, qsizetype size)

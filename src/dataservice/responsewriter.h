@@ -35,6 +35,7 @@ public:
 
 private:
     void appendEscaped(const char *data, qsizetype size, bool attribute);
+    bool appendText(const char *data, qsizetype size);
     void maybeFlush();
 
     QIODevice *m_out;

@@ -1,0 +1,241 @@
+// The data service against the engines' own command-line clients on the same query:
+// 100,000 rows of 5 columns, from request text to complete response text.
+//   service / sqlite3 -json   target <= 1.0
+//   service / psql --csv      target <= 1.5 (when a PostgreSQL server can be started)
+// and the peak memory while answering, against the size of the response (target < 3x).
+
+#include <dataservice/dataservice.h>
+
+#include <tessaly/error.h>
+
+#include <benchmark/benchmark.h>
+
+#include <QBuffer>
+#include <QFile>
+#include <QMap>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <malloc.h>
+
+#include <cstdio>
+
+using namespace dataservice;
+
+namespace {
+
+constexpr int Rows = 100000;
+const QString Fields = QStringLiteral("orders.id,orders.customer_id,orders.order_date,orders.status,orders.amount");
+const QString Select = QStringLiteral("SELECT orders.id, orders.customer_id, orders.order_date, orders.status, "
+                                      "orders.amount FROM orders");
+
+// Grows the sample's orders to Rows rows; valid for both engines.
+const QString Fill = QStringLiteral(
+    "INSERT INTO orders (id, customer_id, staff_id, order_date, status, amount) "
+    "WITH RECURSIVE n (i) AS (SELECT 2401 UNION ALL SELECT i + 1 FROM n WHERE i < %1) "
+    "SELECT i, 1 + (i * 37) % 600, 7 + (i * 13) % 34, "
+    "CAST(2022 + i % 3 AS VARCHAR(4)) || '-0' || CAST(1 + i % 9 AS VARCHAR(1)) || '-1' || CAST(i % 9 AS VARCHAR(1)), "
+    "CASE WHEN i % 7 = 0 THEN 'open' ELSE 'shipped' END, (i * 7919 % 1000000) / 100.0 FROM n").arg(Rows);
+
+QByteArray request(const QString &provider, const QString &dsn, const QString &catalog)
+{
+    return QStringLiteral("<query><get><content>record<field>%1</field></content><target><provider>%2</provider>"
+                          "<dsn>%3</dsn><catalog>%4</catalog><table>orders</table></target></get></query>")
+        .arg(Fields, provider, dsn, catalog).toUtf8();
+}
+
+bool run(const QString &program, const QStringList &arguments, const QString &input = {})
+{
+    QProcess process;
+    process.setStandardOutputFile(QProcess::nullDevice());
+    if (!input.isEmpty())
+        process.setStandardInputFile(input);
+    process.start(program, arguments);
+    return process.waitForFinished(-1) && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+}
+
+struct Target
+{
+    QString name;
+    DataService *service = nullptr;
+    QByteArray request;
+    QString client;
+    QStringList clientArguments;
+};
+
+QByteArray answer(const Target &backend)
+{
+    QBuffer out;
+    out.open(QIODevice::WriteOnly);
+    backend.service->answer(backend.request, &out);
+    return out.data();
+}
+
+void serviceBench(benchmark::State &state, const Target *backend)
+{
+    qint64 bytes = 0;
+    for (auto _ : state) {
+        const QByteArray response = answer(*backend);
+        bytes = response.size();
+        benchmark::DoNotOptimize(response.constData());
+    }
+    state.counters["response_MB"] = double(bytes) / 1e6;
+}
+
+void clientBench(benchmark::State &state, const Target *backend)
+{
+    for (auto _ : state) {
+        if (!run(backend->client, backend->clientArguments)) {
+            state.SkipWithError("the client failed");
+            return;
+        }
+    }
+}
+
+long statusKilobytes(const char *field)
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith(field))
+            return line.mid(int(qstrlen(field))).trimmed().split(' ').first().toLong();
+    }
+    return -1;
+}
+
+// Peak resident memory while answering once, less what was resident before.
+void reportMemory(const Target &backend)
+{
+    malloc_trim(0);
+    QFile reset(QStringLiteral("/proc/self/clear_refs"));
+    if (!reset.open(QIODevice::WriteOnly) || reset.write("5") != 1) {
+        std::printf("%s: peak memory not measured (cannot reset the peak in /proc/self/clear_refs)\n",
+                    qPrintable(backend.name));
+        return;
+    }
+    reset.close();
+    const long before = statusKilobytes("VmRSS:");
+    const qsizetype size = answer(backend).size();
+    const long peak = statusKilobytes("VmHWM:");
+    const double ratio = double(peak - before) * 1024.0 / double(size);
+    std::printf("%s: response %.1f MB, peak memory while answering +%.1f MB = %.2f x the response (target < 3)\n",
+                qPrintable(backend.name), double(size) / 1e6, double(peak - before) / 1024.0, ratio);
+}
+
+class CollectingReporter : public benchmark::ConsoleReporter
+{
+public:
+    void ReportRuns(const std::vector<Run> &runs) override
+    {
+        for (const Run &run : runs)
+            times[QString::fromStdString(run.benchmark_name())] = run.GetAdjustedRealTime();
+        ConsoleReporter::ReportRuns(runs);
+    }
+    QMap<QString, double> times;
+};
+
+QMap<QString, QString> readState(const QString &path)
+{
+    QMap<QString, QString> state;
+    QFile file(path);
+    if (file.open(QIODevice::ReadOnly)) {
+        for (const QByteArray &line : file.readAll().split('\n')) {
+            const qsizetype eq = line.indexOf('=');
+            if (eq > 0)
+                state.insert(QString::fromUtf8(line.left(eq)), QString::fromUtf8(line.mid(eq + 1)));
+        }
+    }
+    return state;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    benchmark::Initialize(&argc, argv);
+    QTemporaryDir dir;
+    const QString sample = QStringLiteral(VELDRA_SAMPLE_SQL);
+
+    // SQLite: the sample grown to 100,000 orders in a file of our own.
+    const QString db = dir.filePath(QStringLiteral("bench.db"));
+    if (!run(QStringLiteral("sqlite3"), {db, QStringLiteral(".read ") + sample})
+        || !run(QStringLiteral("sqlite3"), {db, Fill})) {
+        std::fprintf(stderr, "cannot build the benchmark database with sqlite3\n");
+        return 1;
+    }
+    DataSource lite{QStringLiteral("Bench"), QStringLiteral("SQLite"), db, {}, {}, 2 * Rows, 600000};
+    DataService liteService(DataSourceCatalog({lite}));
+    Target sqlite{QStringLiteral("sqlite"), &liteService,
+                   request(QStringLiteral("SQLite"), lite.name, QStringLiteral("main")),
+                   QStringLiteral("sqlite3"), {QStringLiteral("-json"), db, Select}};
+
+    // PostgreSQL: a throw-away server with the same data, when one can be started.
+    const QString state = dir.filePath(QStringLiteral("postgres.state"));
+    run(QStringLiteral(VELDRA_PGSERVER_SCRIPT), {QStringLiteral("start"), state, sample});
+    const QMap<QString, QString> pg = readState(state);
+    std::unique_ptr<DataService> pgService;
+    Target postgres;
+    if (pg.contains(QStringLiteral("host"))) {
+        DataSource server{QStringLiteral("Bench"), QStringLiteral("PostgreSQL"), {}, {}, {}, 2 * Rows, 600000};
+        for (const char *key : {"host", "port", "user", "dbname"})
+            server.connection.append({QLatin1String(key), pg.value(QLatin1String(key))});
+        pgService = std::make_unique<DataService>(DataSourceCatalog({server}));
+        const QStringList psql{QStringLiteral("-X"), QStringLiteral("-q"), QStringLiteral("-h"),
+                               pg.value(QStringLiteral("host")), QStringLiteral("-p"), pg.value(QStringLiteral("port")),
+                               QStringLiteral("-U"), pg.value(QStringLiteral("user")), QStringLiteral("-d"),
+                               pg.value(QStringLiteral("dbname"))};
+        run(QStringLiteral("psql"), psql + QStringList{QStringLiteral("-c"),
+                                                       QStringLiteral("SET search_path = sales; ") + Fill
+                                                           + QStringLiteral("; ANALYZE")});
+        postgres = {QStringLiteral("postgresql"), pgService.get(),
+                    request(QStringLiteral("PostgreSQL"), server.name, QStringLiteral("sales")),
+                    QStringLiteral("psql"),
+                    psql + QStringList{QStringLiteral("--csv"), QStringLiteral("-c"),
+                                       QString(Select).replace(QStringLiteral("FROM orders"),
+                                                               QStringLiteral("FROM sales.orders"))}};
+    } else {
+        std::printf("PostgreSQL skipped: %s\n", qPrintable(QString::fromUtf8(QFile(state).exists() ? "see " : "")
+                                                               + state));
+    }
+
+    std::vector<Target *> backends{&sqlite};
+    if (pgService)
+        backends.push_back(&postgres);
+    try {
+        for (Target *backend : backends) {
+            if (!answer(*backend).contains("rows=\"100000\" truncated=\"false\"")) {
+                std::fprintf(stderr, "%s: the service did not return %d rows\n", qPrintable(backend->name), Rows);
+                return 1;
+            }
+        }
+    } catch (const tessaly::Error &error) {
+        std::fprintf(stderr, "the service failed: %s\n", error.what());
+        return 1;
+    }
+
+    for (Target *backend : backends) {
+        benchmark::RegisterBenchmark(qPrintable(backend->name + QStringLiteral("/service")), serviceBench, backend)
+            ->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(8);
+        benchmark::RegisterBenchmark(qPrintable(backend->name + QStringLiteral("/client")), clientBench, backend)
+            ->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(8);
+    }
+    CollectingReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+
+    const char *clients[] = {"sqlite3 -json", "psql --csv"};
+    const double targets[] = {1.0, 1.5};
+    for (size_t i = 0; i < backends.size(); ++i) {
+        const QString name = backends[i]->name;
+        const double service = reporter.times.value(name + QStringLiteral("/service/iterations:8/real_time"));
+        const double client = reporter.times.value(name + QStringLiteral("/client/iterations:8/real_time"));
+        if (service > 0 && client > 0)
+            std::printf("%s: service %.1f ms, %s %.1f ms, ratio %.2f (target <= %.1f)\n", qPrintable(name), service,
+                        clients[i], client, service / client, targets[i]);
+    }
+    for (Target *backend : backends)
+        reportMemory(*backend);
+
+    run(QStringLiteral(VELDRA_PGSERVER_SCRIPT), {QStringLiteral("stop"), state});
+    return 0;
+}
