@@ -1,0 +1,134 @@
+#include "veldra/dialogs/wizdberrordialog.h"
+
+#include "veldra/resources/stringtable.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStyle>
+#include <QVBoxLayout>
+
+namespace veldra {
+
+namespace {
+QLabel *newLabel(const QString &name, StringId text, QWidget *parent)
+{
+    auto *label = new QLabel(veldra::text(text), parent);
+    label->setObjectName(name);
+    return label;
+}
+
+// Read-only rather than labels: a user can select and copy the names into a report.
+QLineEdit *newValueField(const QString &name, QLabel *label, QWidget *parent)
+{
+    auto *field = new QLineEdit(parent);
+    field->setObjectName(name);
+    field->setReadOnly(true);
+    field->setMinimumWidth(field->fontMetrics().averageCharWidth() * 32);
+    label->setBuddy(field);
+    return field;
+}
+
+QPushButton *newButton(const QString &name, StringId text, QWidget *parent)
+{
+    auto *button = new QPushButton(veldra::text(text), parent);
+    button->setObjectName(name);
+    return button;
+}
+} // namespace
+
+WizDBErrorDialog::WizDBErrorDialog(QWidget *parent) : QDialog(parent)
+{
+    setObjectName(QStringLiteral("WizDBErrorDialog"));
+    setWindowTitle(text(StringId::DBErrorDialogCaption));
+
+    auto *icon = new QLabel(this);
+    const int iconSize = style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, this);
+    icon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxCritical, nullptr, this).pixmap(iconSize));
+    icon->setAlignment(Qt::AlignTop);
+
+    m_label = newLabel(QStringLiteral("Label"), StringId::DBErrorDialogLabel, this);
+    m_label->setWordWrap(true);
+    QFont emphasised = m_label->font();
+    emphasised.setBold(true);
+    m_label->setFont(emphasised);
+
+    auto *grid = new QGridLayout;
+    grid->setColumnStretch(1, 1);
+    const auto addRow = [&](const QString &labelName, StringId caption, const QString &fieldName) {
+        QLabel *label = newLabel(labelName, caption, this);
+        QLineEdit *field = newValueField(fieldName, label, this);
+        const int row = grid->rowCount();
+        grid->addWidget(label, row, 0);
+        grid->addWidget(field, row, 1);
+        return field;
+    };
+    m_provider = addRow(QStringLiteral("ProviderLabel"), StringId::DBErrorProviderLabel, QStringLiteral("ProviderText"));
+    m_dataSource = addRow(QStringLiteral("DSNLabel"), StringId::DBErrorDSNLabel, QStringLiteral("DSNText"));
+    m_catalog = addRow(QStringLiteral("CatalogLabel"), StringId::DBErrorCatalogLabel, QStringLiteral("CatalogText"));
+    m_table = addRow(QStringLiteral("TableLabel"), StringId::DBErrorTableLabel, QStringLiteral("TableText"));
+    m_errorCode = addRow(QStringLiteral("ErrorCodeLabel"), StringId::DBErrorCodeLabel, QStringLiteral("ErrorCodeText"));
+
+    QPushButton *ok = newButton(QStringLiteral("OKButton"), StringId::DBErrorOKButton, this);
+    ok->setDefault(true);
+    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
+    // Has never had an action; it is there because users know the dialog with it.
+    QPushButton *detail = newButton(QStringLiteral("DetailButton"), StringId::DBErrorDetailButton, this);
+    detail->setAutoDefault(false);
+
+    auto *text = new QVBoxLayout;
+    text->addWidget(m_label);
+    text->addSpacing(6);
+    text->addLayout(grid);
+
+    auto *top = new QHBoxLayout;
+    top->addWidget(icon);
+    top->addSpacing(8);
+    top->addLayout(text, 1);
+
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(ok);
+    buttons->addWidget(detail);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->addLayout(top);
+    layout->addSpacing(6);
+    layout->addLayout(buttons);
+    layout->setSizeConstraint(QLayout::SetMinimumSize);
+    ok->setFocus();
+}
+
+void WizDBErrorDialog::setMessage(const QString &message)
+{
+    m_label->setText(message);
+}
+
+void WizDBErrorDialog::setErrorCode(const QString &code)
+{
+    m_errorCode->setText(code);
+}
+
+void WizDBErrorDialog::setProvider(const QString &provider)
+{
+    m_provider->setText(provider);
+}
+
+void WizDBErrorDialog::setDataSource(const QString &dsn)
+{
+    m_dataSource->setText(dsn);
+}
+
+void WizDBErrorDialog::setCatalog(const QString &catalog)
+{
+    m_catalog->setText(catalog);
+}
+
+void WizDBErrorDialog::setTable(const QString &table)
+{
+    m_table->setText(table);
+}
+
+} // namespace veldra

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QDialog>
+
+class QLabel;
+class QLineEdit;
+
+namespace veldra {
+
+// Tells the user that a request for database structure failed: a message, the error code and
+// where the request went. Filled and shown by showDatabaseError().
+class WizDBErrorDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit WizDBErrorDialog(QWidget *parent = nullptr);
+
+    void setMessage(const QString &message);
+    void setErrorCode(const QString &code);
+    void setProvider(const QString &provider);
+    void setDataSource(const QString &dsn);
+    void setCatalog(const QString &catalog);
+    void setTable(const QString &table);
+
+private:
+    QLabel *m_label;
+    QLineEdit *m_errorCode;
+    QLineEdit *m_provider;
+    QLineEdit *m_dataSource;
+    QLineEdit *m_catalog;
+    QLineEdit *m_table;
+};
+
+} // namespace veldra

@@ -1,0 +1,86 @@
+#include "veldra/dialogs/wizexprdialog.h"
+
+#include "tessaly/uiservice.h"
+#include "veldra/dialogs/exprdialogdecision.h"
+#include "veldra/dialogs/expressionchecker.h"
+#include "veldra/resources/stringtable.h"
+
+#include <QHBoxLayout>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <exception>
+
+namespace veldra {
+
+WizExprDialog::WizExprDialog(QWidget *parent) : QDialog(parent)
+{
+    setObjectName(QStringLiteral("WizExprDialog"));
+    setWindowTitle(text(StringId::ExprDialogEditCaption));
+
+    // Several lines, because long expressions are easier to write that way; OK joins them.
+    m_text = new QPlainTextEdit(this);
+    m_text->setObjectName(QStringLiteral("AddExprText"));
+    m_text->setTabChangesFocus(true);
+    const QFontMetrics metrics = m_text->fontMetrics();
+    m_text->setMinimumSize(metrics.averageCharWidth() * 48, metrics.lineSpacing() * 4);
+
+    auto *ok = new QPushButton(text(StringId::ExprDialogOKButton), this);
+    ok->setObjectName(QStringLiteral("OKButton"));
+    auto *cancel = new QPushButton(text(StringId::ExprDialogCancelButton), this);
+    cancel->setObjectName(QStringLiteral("CancelButton"));
+    ok->setDefault(true);
+    connect(ok, &QPushButton::clicked, this, &WizExprDialog::okClicked);
+    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(ok);
+    buttons->addWidget(cancel);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(m_text, 1);
+    layout->addLayout(buttons);
+}
+
+bool WizExprDialog::Popup(const ExpressionChecker *checker, bool editMode)
+{
+    m_checker = checker;
+    m_editMode = editMode;
+    // The dialog is kept between uses: an earlier OK must not answer for this one.
+    m_confirmed = false;
+    setWindowTitle(text(editMode ? StringId::ExprDialogEditCaption : StringId::ExprDialogAddCaption));
+    m_text->setPlainText(m_expression);
+    m_text->selectAll();
+    m_text->setFocus();
+    tessaly::UiService::instance().execDialog(*this);
+    return m_confirmed;
+}
+
+void WizExprDialog::okClicked()
+{
+    if (!m_checker) {
+        qWarning("WizExprDialog: OK without an expression checker; use Popup()");
+        return;
+    }
+    ExprDialogDecision decision;
+    try {
+        decision = decideExpression(m_text->toPlainText(), m_expression, m_editMode, *m_checker);
+    } catch (const std::exception &error) {
+        // A slot must not let an error into the event loop; the dialog stays open.
+        qWarning("WizExprDialog: the existence check failed: %s", error.what());
+        return;
+    }
+    if (!decision.accepted) {
+        tessaly::UiService::instance().message(text(StringId::DuplicateExpressionMessage),
+                                               text(StringId::DuplicateExpressionTitle),
+                                               tessaly::UiService::Buttons::Ok);
+        return;
+    }
+    m_expression = decision.expression;
+    m_confirmed = true;
+    accept();
+}
+
+} // namespace veldra
