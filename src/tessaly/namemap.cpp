@@ -94,9 +94,14 @@ QVariant NameMap::fromObject(const ObjectRef &object)
 
 ObjectRef NameMap::toObject(const QVariant &value)
 {
-    return value.canConvert<ObjectRef>() && value.metaType() == QMetaType::fromType<ObjectRef>()
-            ? value.value<ObjectRef>()
-            : nullptr;
+    return value.metaType() == QMetaType::fromType<ObjectRef>() ? value.value<ObjectRef>() : nullptr;
+}
+
+zetVariable *NameMap::peek(const QVariant &value)
+{
+    if (value.metaType() != QMetaType::fromType<ObjectRef>())
+        return nullptr;
+    return static_cast<const ObjectRef *>(value.constData())->get();
 }
 
 std::shared_ptr<NameMap> NameMap::copy() const

@@ -6,6 +6,9 @@
 #include <QList>
 #include <QVariant>
 
+#include <type_traits>
+#include <typeinfo>
+
 namespace tessaly {
 
 // The framework's keyed map: text keys in insertion order, each holding a text, an object
@@ -38,6 +41,15 @@ public:
     template<typename T>
     std::shared_ptr<T> object(const QString &key) const { return objectCast<T>(toObject(item(key))); }
 
+    // The object at a position without taking a reference: for scans that keep only a few.
+    template<typename T>
+    T *peekAt(int index) const
+    {
+        static_assert(std::is_final_v<T>, "an exact type check stands in for a cast only for final classes");
+        zetVariable *object = peek(m_entries.at(index).value);
+        return object && typeid(*object) == typeid(T) ? static_cast<T *>(object) : nullptr;
+    }
+
     static QVariant fromObject(const ObjectRef &object);
     static ObjectRef toObject(const QVariant &value);
 
@@ -57,6 +69,7 @@ private:
         QVariant value;
     };
     void checkIndex(int index) const;
+    static zetVariable *peek(const QVariant &value);
 
     QList<Entry> m_entries;
     QHash<QString, int> m_index;

@@ -51,29 +51,26 @@ QString direction(bool ascending)
 
 QString RequestBuilder::escape(const QString &text)
 {
-    qsizetype first = 0;
-    while (first < text.size()) {
-        const QChar c = text.at(first);
-        if (c == u'<' || c == u'>' || c == u'&')
-            break;
-        ++first;
-    }
-    if (first == text.size())
+    const QChar *data = text.constData();
+    const qsizetype size = text.size();
+    auto isSpecial = [](QChar c) { return c == u'<' || c == u'>' || c == u'&'; };
+    qsizetype next = 0;
+    while (next < size && !isSpecial(data[next]))
+        ++next;
+    if (next == size)
         return text;
     QString out;
-    out.reserve(text.size() + text.size() / 8 + 8);
-    out += QStringView(text).left(first);
-    for (qsizetype i = first; i < text.size(); ++i) {
-        const QChar c = text.at(i);
-        if (c == u'<')
-            out += QStringView(u"&lt;");
-        else if (c == u'>')
-            out += QStringView(u"&gt;");
-        else if (c == u'&')
-            out += QStringView(u"&amp;");
-        else
-            out += c;
+    out.reserve(size + size / 8 + 8);
+    qsizetype runStart = 0;
+    for (; next < size; ++next) {
+        const QChar c = data[next];
+        if (!isSpecial(c))
+            continue;
+        out.append(data + runStart, next - runStart);
+        out += c == u'<' ? QStringView(u"&lt;") : c == u'>' ? QStringView(u"&gt;") : QStringView(u"&amp;");
+        runStart = next + 1;
     }
+    out.append(data + runStart, size - runStart);
     return out;
 }
 
@@ -87,17 +84,32 @@ QStringList RequestBuilder::splitSelection(const QString &selection)
     return names;
 }
 
+template<typename Visit>
+void RequestBuilder::forEachSelectedName(Visit visit) const
+{
+    if (m_in.selection.isEmpty())
+        return;
+    for (const QStringView piece : QStringView(m_in.selection).split(u','))
+        visit(trimBlanks(piece));
+}
+
 QString RequestBuilder::contentBlock() const
 {
     QString fields;
-    for (const QString &name : splitSelection(m_in.selection)) {
+    fields.reserve(m_in.selection.size() * 3);
+    forEachSelectedName([&](QStringView name) {
         const auto column = m_in.query->getColumnInfoFromDispName(name);
         if (!column)
-            continue;
-        const QString selectionName = column->GetSelectionName();
+            return;
+        if (!fields.isEmpty())
+            fields += u',';
+        column->appendSelectionName(fields);
         // An empty alias differs too: the item then ends in a blank, which the service accepts.
-        join(fields, column->alias() == selectionName ? selectionName : selectionName + u' ' + column->alias());
-    }
+        if (!column->hasSelectionName(column->alias())) {
+            fields += u' ';
+            fields += column->alias();
+        }
+    });
     return wrap(u"<content>record<field>", escape(fields), u"</field></content>");
 }
 
@@ -154,11 +166,11 @@ QString RequestBuilder::groupBlock() const
         for (const QString &item : *groupBy)
             join(list, item);
     } else {
-        for (const QString &name : splitSelection(m_in.selection)) {
+        forEachSelectedName([&](QStringView name) {
             const auto column = m_in.query->getColumnInfoFromDispName(name);
             if (column && column->columnType() == ColumnInfo::TableColumn)
                 join(list, column->GetSelectionName());
-        }
+        });
     }
     return wrap(u"<group>", escape(list), u"</group>");
 }
@@ -199,8 +211,17 @@ std::optional<QString> RequestBuilder::build() const
     const QString target = targetBlock();
     if (target.isEmpty())
         return std::nullopt;
-    return QStringLiteral("<query><get>") + content + target + conditionBlock() + groupBlock() + orderBlock()
-            + rowCountBlock() + QStringLiteral("</get></query>");
+    const QString blocks[] = { content, target, conditionBlock(), groupBlock(), orderBlock(), rowCountBlock() };
+    qsizetype size = 32;
+    for (const QString &block : blocks)
+        size += block.size();
+    QString request;
+    request.reserve(size);
+    request += QStringView(u"<query><get>");
+    for (const QString &block : blocks)
+        request += block;
+    request += QStringView(u"</get></query>");
+    return request;
 }
 
 QString RequestBuilder::missingPiece() const

@@ -51,6 +51,10 @@ public:
     static QStringList splitSelection(const QString &selection);
 
 private:
+    // Calls visit(name) for each trimmed name of the selection slot, without copying it.
+    template<typename Visit>
+    void forEachSelectedName(Visit visit) const;
+
     RequestInputs m_in;
 };
 

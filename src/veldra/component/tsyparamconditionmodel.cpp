@@ -39,9 +39,16 @@ constexpr FixedSlot fixedSlots[] = {
     { u"OrderByAscendant", StringId::SlotOrderByAscendantDescription, 10 },
 };
 
-QString slotName(int slot)
+// Built once: slot names are compared and reported on every write.
+const QString &slotName(int slot)
 {
-    return QString::fromUtf16(fixedSlots[slot].name);
+    static const auto names = [] {
+        std::array<QString, std::size(fixedSlots)> result;
+        for (std::size_t i = 0; i < result.size(); ++i)
+            result[i] = QString::fromUtf16(fixedSlots[i].name);
+        return result;
+    }();
+    return names[std::size_t(slot)];
 }
 
 const QString classPart = QStringLiteral("ClassPart");
@@ -79,7 +86,7 @@ QStringList TsyParamConditionModel::fixedSlotNames()
 int TsyParamConditionModel::fixedSlot(const QString &name)
 {
     for (int slot = 0; slot < SlotCount; ++slot) {
-        if (name == QStringView(fixedSlots[slot].name))
+        if (name == slotName(slot))
             return slot;
     }
     return -1;
@@ -108,8 +115,8 @@ bool TsyParamConditionModel::zetPrimitiveModel_onInitialize(int kind)
 {
     const bool result = m_default->zetPrimitiveModel_onInitialize(kind);
     if (m_site) {
-        for (const FixedSlot &slot : fixedSlots)
-            m_site->declareSlot(QString::fromUtf16(slot.name), text(slot.description));
+        for (int slot = 0; slot < SlotCount; ++slot)
+            m_site->declareSlot(slotName(slot), text(fixedSlots[slot].description));
     }
     if (kind == NewComponent || kind == Reset)
         setDefaults();

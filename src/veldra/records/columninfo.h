@@ -23,6 +23,9 @@ public:
     // How the item is selected in a statement: "table.column" for a column, the expression
     // text otherwise. Nothing is quoted.
     QString GetSelectionName() const;
+    // Whether name equals GetSelectionName(), without building it.
+    bool hasSelectionName(QStringView name) const;
+    void appendSelectionName(QString &text) const;
 
     std::shared_ptr<ColumnInfo> copy() const { return std::make_shared<ColumnInfo>(*this); }
 

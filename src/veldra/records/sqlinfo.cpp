@@ -32,18 +32,18 @@ std::shared_ptr<List> appendedCopy(const std::shared_ptr<List> &source)
     return result;
 }
 
-bool matchesDisplayName(const ColumnInfo &column, const QString &dispName)
+bool matchesDisplayName(const ColumnInfo &column, QStringView dispName)
 {
-    return column.alias() == dispName || column.GetSelectionName() == dispName;
+    return column.alias() == dispName || column.hasSelectionName(dispName);
 }
 
-// The first object item of a map, in map order, that passes the test.
-std::shared_ptr<ColumnInfo> findColumn(const tessaly::NameMap &columns, const QString &dispName)
+// The first column of a map, in map order, whose alias or selection name is dispName.
+std::shared_ptr<ColumnInfo> findColumn(const tessaly::NameMap &columns, QStringView dispName)
 {
     for (int i = 0; i < columns.count(); ++i) {
-        const auto column = columns.objectAt<ColumnInfo>(i);
+        const ColumnInfo *column = columns.peekAt<ColumnInfo>(i);
         if (column && matchesDisplayName(*column, dispName))
-            return column;
+            return columns.objectAt<ColumnInfo>(i);
     }
     return nullptr;
 }
@@ -112,11 +112,11 @@ std::shared_ptr<ColumnInfo> SQLInfo::getColumnInfo(const QString &selname) const
     return result;
 }
 
-std::shared_ptr<ColumnInfo> SQLInfo::getColumnInfoFromDispName(const QString &dispName) const
+std::shared_ptr<ColumnInfo> SQLInfo::getColumnInfoFromDispName(QStringView dispName) const
 {
     if (m_tables) {
         for (int i = 0; i < m_tables->count(); ++i) {
-            const auto table = m_tables->objectAt<TableInfo>(i);
+            const TableInfo *table = m_tables->peekAt<TableInfo>(i);
             if (!table || !table->columns())
                 continue;
             if (auto column = findColumn(*table->columns(), dispName))

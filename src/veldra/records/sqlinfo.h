@@ -52,7 +52,7 @@ public:
     // Raises ObjectNotSet for a name that resolves to nothing.
     QString getFieldSelectionName(const QString &selname) const;
     // The first item, tables before expressions, whose alias or selection name is dispName.
-    std::shared_ptr<ColumnInfo> getColumnInfoFromDispName(const QString &dispName) const;
+    std::shared_ptr<ColumnInfo> getColumnInfoFromDispName(QStringView dispName) const;
     // "table.column" or "column" resolved in the tables; an expression keyed by the whole name
     // wins over a column. Raises SubscriptOutOfRange for an empty name.
     std::shared_ptr<ColumnInfo> getColumnInfo(const QString &selname) const;

@@ -101,7 +101,7 @@ void tst_Records::parameterSelectionsTravelOnlyForListParameters()
 
 void tst_Records::fullDefinitionRoundTripsByteForByte()
 {
-    const QString sample = qEnvironmentVariable("VELDRA_SOURCE_DIR") + QStringLiteral("/samples/sales-by-region.xml");
+    const QString sample = QStringLiteral(VELDRA_SOURCE_DIR "/samples/sales-by-region.xml");
     const auto query = readDefinitionFile(sample);
     QCOMPARE(query->tables()->count(), 3);
     QCOMPARE(query->parameters()->object<ParamInfo>(QStringLiteral("@@@Region"))->selections()->count(), 6);
