@@ -1,0 +1,100 @@
+#pragma once
+
+// A UI service that answers in place of a person and keeps what would have been shown.
+
+#include "tessaly/uiservice.h"
+
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+
+#include <functional>
+
+namespace testui {
+
+struct Message
+{
+    QString text;
+    QString title;
+    tessaly::UiService::Buttons buttons;
+};
+
+// A modal dialog as it looked when it was run: its title and the text of every named label and
+// line edit.
+struct DialogSeen
+{
+    QString objectName;
+    QString title;
+    QHash<QString, QString> texts;
+};
+
+class RecordingUiService final : public tessaly::UiService
+{
+public:
+    Answer message(const QString &text, const QString &title, Buttons buttons) override
+    {
+        messages.append({ text, title, buttons });
+        return answer;
+    }
+
+    // Lets the script act on the dialog as a user would, without a window, and closes it as
+    // the window's close button would when the script left it open. closedByScript tells
+    // which it was.
+    int execDialog(QDialog &dialog) override
+    {
+        DialogSeen seen{ dialog.objectName(), dialog.windowTitle(), {} };
+        for (const QLabel *label : dialog.findChildren<QLabel *>()) {
+            if (!label->objectName().isEmpty())
+                seen.texts.insert(label->objectName(), label->text());
+        }
+        for (const QLineEdit *edit : dialog.findChildren<QLineEdit *>())
+            seen.texts.insert(edit->objectName(), edit->text());
+        dialogs.append(seen);
+        dialog.setResult(QDialog::Rejected);
+        bool finished = false;
+        const auto connection = QObject::connect(&dialog, &QDialog::finished, [&finished] { finished = true; });
+        if (script)
+            script(dialog);
+        closedByScript = finished;
+        QObject::disconnect(connection);
+        if (!finished)
+            dialog.reject();
+        return dialog.result();
+    }
+
+    bool showsWindows() const override { return windows; }
+
+    void report(const QString &title, const QStringList &lines) override
+    {
+        reports.append(QStringList{ title } + lines);
+    }
+
+    void setBusy(bool) override {}
+
+    bool windows = true;
+    Answer answer = Answer::Ok;
+    std::function<void(QDialog &)> script;
+
+    QList<Message> messages;
+    QList<DialogSeen> dialogs;
+    QList<QStringList> reports;
+    bool closedByScript = false;
+};
+
+// Installs a recording service for the life of the scope and puts the default back after.
+class RecordingScope
+{
+public:
+    RecordingScope() { tessaly::UiService::setInstance(ui); }
+    ~RecordingScope() { tessaly::UiService::setInstance(nullptr); }
+    RecordingScope(const RecordingScope &) = delete;
+    RecordingScope &operator=(const RecordingScope &) = delete;
+
+    RecordingUiService *operator->() const { return ui.get(); }
+    RecordingUiService &operator*() const { return *ui; }
+
+private:
+    std::shared_ptr<RecordingUiService> ui = std::make_shared<RecordingUiService>();
+};
+
+} // namespace testui
