@@ -26,7 +26,7 @@ QLineEdit *newValueField(const QString &name, QLabel *label, QWidget *parent)
     auto *field = new QLineEdit(parent);
     field->setObjectName(name);
     field->setReadOnly(true);
-    field->setMinimumWidth(field->fontMetrics().averageCharWidth() * 32);
+    field->setMinimumWidth(field->fontMetrics().averageCharWidth() * 44);
     label->setBuddy(field);
     return field;
 }
@@ -109,26 +109,31 @@ void WizDBErrorDialog::setMessage(const QString &message)
 void WizDBErrorDialog::setErrorCode(const QString &code)
 {
     m_errorCode->setText(code);
+    m_errorCode->setCursorPosition(0);
 }
 
 void WizDBErrorDialog::setProvider(const QString &provider)
 {
     m_provider->setText(provider);
+    m_provider->setCursorPosition(0);
 }
 
 void WizDBErrorDialog::setDataSource(const QString &dsn)
 {
     m_dataSource->setText(dsn);
+    m_dataSource->setCursorPosition(0);
 }
 
 void WizDBErrorDialog::setCatalog(const QString &catalog)
 {
     m_catalog->setText(catalog);
+    m_catalog->setCursorPosition(0);
 }
 
 void WizDBErrorDialog::setTable(const QString &table)
 {
     m_table->setText(table);
+    m_table->setCursorPosition(0);
 }
 
 } // namespace veldra

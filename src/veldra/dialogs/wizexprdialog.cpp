@@ -24,7 +24,7 @@ WizExprDialog::WizExprDialog(QWidget *parent) : QDialog(parent)
     m_text->setObjectName(QStringLiteral("AddExprText"));
     m_text->setTabChangesFocus(true);
     const QFontMetrics metrics = m_text->fontMetrics();
-    m_text->setMinimumSize(metrics.averageCharWidth() * 48, metrics.lineSpacing() * 4);
+    m_text->setMinimumSize(metrics.averageCharWidth() * 64, metrics.lineSpacing() * 5);
 
     auto *ok = new QPushButton(text(StringId::ExprDialogOKButton), this);
     ok->setObjectName(QStringLiteral("OKButton"));
