@@ -122,7 +122,7 @@ WITH RECURSIVE n (i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 2400)
 SELECT i,
        1 + (i * 37) % 600,
        7 + (i * 13) % 34,
-       CAST(2022 + i % 3 AS VARCHAR(4)) || '-'
+       CAST(2022 + (i / 7) % 3 AS VARCHAR(4)) || '-'
          || CASE WHEN 1 + (i / 3) % 12 < 10 THEN '0' ELSE '' END || CAST(1 + (i / 3) % 12 AS VARCHAR(2)) || '-'
          || CASE WHEN 1 + (i * 11) % 28 < 10 THEN '0' ELSE '' END || CAST(1 + (i * 11) % 28 AS VARCHAR(2)),
        CASE WHEN i % 23 = 0 THEN 'cancelled' WHEN i % 7 = 0 THEN 'open' ELSE 'shipped' END,

@@ -28,3 +28,6 @@ QString usageText(const QCommandLineParser &parser, const QString &name);
 // The commands, each in its own source file.
 int runSql(const QStringList &arguments);
 int runRequest(const QStringList &arguments);
+int runRun(const QStringList &arguments);
+int runBrowse(const QStringList &arguments);
+int runRegister(const QStringList &arguments);

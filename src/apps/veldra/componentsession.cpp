@@ -1,5 +1,7 @@
 #include "componentsession.h"
 
+#include "command.h"
+
 #include "tessaly/componentdocument.h"
 #include "tessaly/error.h"
 #include "tessaly/variant.h"
@@ -40,6 +42,19 @@ void ComponentSession::setSlot(const QString &name, const QString &value)
         throw tessaly::Error(error.number(), QStringLiteral("cannot set slot \"%1\" to \"%2\": %3")
                                                      .arg(name, value, error.message()));
     }
+}
+
+bool ComponentSession::applyAssignments(const QStringList &assignments)
+{
+    for (const QString &assignment : assignments) {
+        const qsizetype equals = assignment.indexOf(u'=');
+        if (equals <= 0) {
+            err() << "veldra: --set wants NAME=VALUE, not \"" << assignment << '"' << Qt::endl;
+            return false;
+        }
+        setSlot(assignment.left(equals), assignment.mid(equals + 1));
+    }
+    return true;
 }
 
 std::optional<QString> ComponentSession::currentRequest(QString *missing)

@@ -23,6 +23,8 @@ public:
     // Writes a slot as the framework does. Raises tessaly::Error for an unknown slot or a value
     // the slot cannot take; the slot then keeps its value.
     void setSlot(const QString &name, const QString &value);
+    // Applies "NAME=VALUE" assignments in order; false (said on standard error) for a malformed one.
+    bool applyAssignments(const QStringList &assignments);
 
     // Asks the model for a fresh request; its text, or nothing with the reason in *missing.
     std::optional<QString> currentRequest(QString *missing);

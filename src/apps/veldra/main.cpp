@@ -34,6 +34,10 @@ const Command commands[] = {
     { QStringLiteral("sql"), QStringLiteral("print the SELECT statement text of a query definition"), runSql },
     { QStringLiteral("request"), QStringLiteral("print the data-service request of a component, after setting slots"),
       runRequest },
+    { QStringLiteral("run"), QStringLiteral("send a component's request to the data service and print the rows"), runRun },
+    { QStringLiteral("browse"), QStringLiteral("list providers, data sources, catalogs, tables or columns"), runBrowse },
+    { QStringLiteral("register"), QStringLiteral("write the library's class identifiers into the registry store"),
+      runRegister },
 };
 
 void printUsage(QTextStream &stream)

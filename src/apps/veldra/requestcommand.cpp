@@ -37,14 +37,8 @@ int runRequest(const QStringList &arguments)
 
     ComponentSession session;
     session.load(document);
-    for (const QString &assignment : parser.values(set)) {
-        const qsizetype equals = assignment.indexOf(u'=');
-        if (equals <= 0) {
-            err() << "veldra request: --set wants NAME=VALUE, not \"" << assignment << '"' << Qt::endl;
-            return exitcode::badInput;
-        }
-        session.setSlot(assignment.left(equals), assignment.mid(equals + 1));
-    }
+    if (!session.applyAssignments(parser.values(set)))
+        return exitcode::badInput;
     QString missing;
     const std::optional<QString> request = session.currentRequest(&missing);
     if (parser.isSet(save))

@@ -1,0 +1,42 @@
+#include "command.h"
+
+#include "tessaly/registrystore.h"
+#include "veldra/component/clsidlookup.h"
+#include "veldra/component/registration.h"
+
+#include <QCommandLineParser>
+
+int runRegister(const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+            "Writes the library's class identifiers (ProgID -> CLSID) into the registry store that\n"
+            "hosts read, so that records and the component answer their CLSIDs."));
+    parser.addHelpOption();
+    const QCommandLineOption file(QStringLiteral("file"), QStringLiteral("the registry file (default: %1)")
+                                                                  .arg(tessaly::RegistryStore::defaultFileName()),
+                                  QStringLiteral("PATH"), tessaly::RegistryStore::defaultFileName());
+    const QCommandLineOption remove(QStringLiteral("remove"), QStringLiteral("remove the entries instead"));
+    parser.addOption(file);
+    parser.addOption(remove);
+    if (!parser.parse(arguments) || !parser.positionalArguments().isEmpty()) {
+        err() << "veldra register: " << (parser.errorText().isEmpty() ? QStringLiteral("takes no arguments") : parser.errorText())
+              << Qt::endl;
+        return exitcode::badInput;
+    }
+    if (parser.isSet(QStringLiteral("help"))) {
+        out() << usageText(parser, QStringLiteral("register"));
+        return exitcode::ok;
+    }
+    tessaly::RegistryStore store;
+    store.load(parser.value(file));
+    if (parser.isSet(remove))
+        veldra::Registration::unregisterClasses(store);
+    else
+        veldra::Registration::registerClasses(store);
+    store.save(parser.value(file));
+    for (const QString &progId : veldra::Registration::progIds())
+        out() << (parser.isSet(remove) ? QStringLiteral("removed ") : QString()) << progId
+              << (parser.isSet(remove) ? QString() : u' ' + veldra::Registration::classIdFor(progId)) << '\n';
+    return exitcode::ok;
+}

@@ -1,0 +1,89 @@
+#include "command.h"
+#include "componentsession.h"
+#include "resultset.h"
+
+#include "dataservice/dataservice.h"
+#include "tessaly/error.h"
+#include "veldra/dialogs/databaseerrorreport.h"
+
+#include <QCommandLineParser>
+#include <QDomDocument>
+
+namespace {
+
+// The database error report for a failed request, with the target it named.
+void reportFailure(const tessaly::Error &error, const QString &request)
+{
+    QDomDocument document;
+    document.setContent(request);
+    const QDomElement target = document.documentElement().firstChildElement(QStringLiteral("get"))
+                                       .firstChildElement(QStringLiteral("target"));
+    auto field = [&target](const char *name) { return target.firstChildElement(QLatin1String(name)).text(); };
+    veldra::DatabaseErrorReport report;
+    report.errorNumber = error.number();
+    report.provider = field("provider");
+    report.dsn = field("dsn");
+    report.catalog = field("catalog");
+    report.table = field("table");
+    veldra::showDatabaseError(report);
+    err() << "veldra run: " << error.message() << Qt::endl;
+}
+
+} // namespace
+
+int runRun(const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+            "Builds the request of the component in DOC as 'veldra request' does, sends it to the data\n"
+            "service and prints the rows. Exit status: 0 rows printed; 1 no request, or the service\n"
+            "refused or failed it (the database error report goes to standard error); 2 bad input."));
+    parser.addHelpOption();
+    parser.addPositionalArgument(QStringLiteral("DOC"), QStringLiteral("a saved component document"));
+    const QCommandLineOption set(QStringLiteral("set"), QStringLiteral("write VALUE into the slot NAME first; repeatable"),
+                                 QStringLiteral("NAME=VALUE"));
+    const QCommandLineOption format(QStringLiteral("format"), QStringLiteral("table (default), csv, json or xml"),
+                                    QStringLiteral("FORMAT"), QStringLiteral("table"));
+    parser.addOption(set);
+    parser.addOption(format);
+    if (!parser.parse(arguments)) {
+        err() << "veldra run: " << parser.errorText() << Qt::endl;
+        return exitcode::badInput;
+    }
+    if (parser.isSet(QStringLiteral("help"))) {
+        out() << usageText(parser, QStringLiteral("run"));
+        return exitcode::ok;
+    }
+    const QString outputFormat = parser.value(format);
+    if (parser.positionalArguments().size() != 1 || !QStringList { QStringLiteral("table"), QStringLiteral("csv"), QStringLiteral("json"), QStringLiteral("xml") }.contains(outputFormat)) {
+        err() << "veldra run: give one DOC and a --format of table, csv, json or xml (see veldra run --help)" << Qt::endl;
+        return exitcode::badInput;
+    }
+    const QString document = parser.positionalArguments().constFirst();
+
+    ComponentSession session;
+    session.load(document);
+    if (!session.applyAssignments(parser.values(set)))
+        return exitcode::badInput;
+    QString missing;
+    const std::optional<QString> request = session.currentRequest(&missing);
+    if (!request) {
+        err() << "veldra run: " << document << " yields no request: " << missing << Qt::endl;
+        return exitcode::noResult;
+    }
+
+    QByteArray response;
+    try {
+        response = dataservice::DataService().answer(request->toUtf8());
+    } catch (const tessaly::Error &error) {
+        reportFailure(error, *request);
+        return exitcode::noResult;
+    }
+    if (outputFormat == u"xml") {
+        out() << QString::fromUtf8(response) << '\n';
+        return exitcode::ok;
+    }
+    const ResultSet rows = ResultSet::fromResponse(response);
+    out() << (outputFormat == u"csv" ? rows.toCsv() : outputFormat == u"json" ? rows.toJson() : rows.toTable());
+    return exitcode::ok;
+}
