@@ -37,8 +37,8 @@ inline std::shared_ptr<TableInfo> addTable(SQLInfo &query, const QString &name, 
 {
     auto table = std::make_shared<TableInfo>();
     table->setTableName(name);
-    for (const QString &spec : columns) {
-        const QStringList parts = spec.split(u'=');
+    for (const QString &entry : columns) {
+        const QStringList parts = entry.split(u'=');
         table->columns()->setObject(parts.at(0), column(name, parts.at(0), parts.value(1)));
     }
     query.tables()->setObject(name, table);
