@@ -3,6 +3,8 @@
 // tagged stream should cost a small constant factor over the XML work itself (at most 3x), and
 // doubling the definition should no more than double the time (2.2x allowing for caches).
 
+#include "summaryreporter.h"
+
 #include "veldra/records/definitionfile.h"
 #include "veldra/records/paraminfo.h"
 #include "veldra/records/tableinfo.h"
@@ -276,50 +278,6 @@ BENCHMARK(BM_Load)->Apply(sizeArguments);
 BENCHMARK(BM_BareWrite)->Apply(sizeArguments);
 BENCHMARK(BM_Save)->Apply(sizeArguments);
 
-// Shows the runs as usual and keeps the best CPU time of each, for the ratios.
-class SummaryReporter : public benchmark::ConsoleReporter
-{
-public:
-    SummaryReporter() : ConsoleReporter(isatty(fileno(stdout)) ? OO_ColorTabular : OO_Tabular) { }
-
-    void ReportRuns(const std::vector<Run> &runs) override
-    {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run &run : runs) {
-            if (run.error_occurred || run.run_type != Run::RT_Iteration)
-                continue;
-            const double ms = run.GetAdjustedCPUTime()
-                * benchmark::GetTimeUnitMultiplier(benchmark::kMillisecond)
-                / benchmark::GetTimeUnitMultiplier(run.time_unit);
-            const std::string name = run.run_name.function_name + '/' + run.run_name.args;
-            const auto [it, inserted] = m_best.emplace(name, ms);
-            if (!inserted && ms < it->second)
-                it->second = ms;
-        }
-    }
-
-    // Milliseconds per run, or a negative value when the benchmark was not run (filtered out).
-    double best(const char *name, int size) const
-    {
-        const auto it = m_best.find(std::string(name) + '/' + std::to_string(size));
-        return it == m_best.end() ? -1.0 : it->second;
-    }
-
-private:
-    std::map<std::string, double> m_best;
-};
-
-void printRatio(const char *what, double numerator, double denominator, double target)
-{
-    if (numerator < 0 || denominator < 0) {
-        std::printf("  %-28s (not measured)\n", what);
-        return;
-    }
-    const double ratio = numerator / denominator;
-    std::printf("  %-28s %6.2f   target <= %.1f  %s\n", what, ratio, target,
-        ratio <= target ? "ok" : "MISSED");
-}
-
 } // namespace
 
 int main(int argc, char **argv)
@@ -345,7 +303,9 @@ int main(int argc, char **argv)
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();
 
-    const auto best = [&reporter](const char *name, int size) { return reporter.best(name, size); };
+    const auto best = [&reporter](const char *name, int size) {
+        return reporter.best(std::string(name) + '/' + std::to_string(size));
+    };
     std::printf("\nSummary (best CPU time per run, ms)\n");
     std::printf("  %-6s %10s %10s %10s %10s\n", "size", "bareParse", "load", "bareWrite", "save");
     for (int i = 0; i < int(std::size(sizes)); ++i)
@@ -354,12 +314,12 @@ int main(int argc, char **argv)
     std::printf("\nRatios\n");
     for (int i = 0; i < int(std::size(sizes)); ++i) {
         const std::string label = sizes[i].label;
-        printRatio((label + " load / bareParse").c_str(), best("BM_Load", i),
+        SummaryReporter::printRatio((label + " load / bareParse").c_str(), best("BM_Load", i),
             best("BM_BareParse", i), 3.0);
-        printRatio((label + " save / bareWrite").c_str(), best("BM_Save", i),
+        SummaryReporter::printRatio((label + " save / bareWrite").c_str(), best("BM_Save", i),
             best("BM_BareWrite", i), 3.0);
     }
-    printRatio("load 2x / 1x", best("BM_Load", 1), best("BM_Load", 0), 2.2);
-    printRatio("save 2x / 1x", best("BM_Save", 1), best("BM_Save", 0), 2.2);
+    SummaryReporter::printRatio("load 2x / 1x", best("BM_Load", 1), best("BM_Load", 0), 2.2);
+    SummaryReporter::printRatio("save 2x / 1x", best("BM_Save", 1), best("BM_Save", 0), 2.2);
     return 0;
 }
