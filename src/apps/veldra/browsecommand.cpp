@@ -25,19 +25,12 @@ int runBrowse(const QStringList &arguments)
             "Lists the level below what is given: providers, a provider's data sources, a data source's\n"
             "catalogs, a catalog's tables, or a table's columns. A failed request prints the database\n"
             "error report on standard error and exits with status 1."));
-    parser.addHelpOption();
     parser.addPositionalArgument(QStringLiteral("PROVIDER"), QStringLiteral("e.g. SQLite"), QStringLiteral("[PROVIDER"));
     parser.addPositionalArgument(QStringLiteral("DSN"), QStringLiteral("a data source, e.g. Sample"), QStringLiteral("[DSN"));
     parser.addPositionalArgument(QStringLiteral("CATALOG"), QStringLiteral("e.g. main"), QStringLiteral("[CATALOG"));
     parser.addPositionalArgument(QStringLiteral("TABLE"), QStringLiteral("a table or view"), QStringLiteral("[TABLE]]]]"));
-    if (!parser.parse(arguments)) {
-        err() << "veldra browse: " << parser.errorText() << Qt::endl;
-        return exitcode::badInput;
-    }
-    if (parser.isSet(QStringLiteral("help"))) {
-        out() << usageText(parser, QStringLiteral("browse"));
-        return exitcode::ok;
-    }
+    if (const auto status = parseCommandLine(parser, arguments, QStringLiteral("browse")))
+        return *status;
     const QStringList path = parser.positionalArguments();
     if (path.size() > 4) {
         err() << "veldra browse: at most PROVIDER DSN CATALOG TABLE (see veldra browse --help)" << Qt::endl;

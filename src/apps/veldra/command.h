@@ -3,6 +3,8 @@
 #include <QStringList>
 #include <QTextStream>
 
+#include <optional>
+
 // One subcommand of the veldra tool.
 struct Command
 {
@@ -24,6 +26,9 @@ QTextStream &out();
 QTextStream &err();
 // The parser's help with "veldra NAME" in its usage line.
 QString usageText(const QCommandLineParser &parser, const QString &name);
+// Parses the arguments of command NAME. Gives the exit status when the command ends there:
+// its help was printed, or a usage error was said on standard error.
+std::optional<int> parseCommandLine(QCommandLineParser &parser, const QStringList &arguments, const QString &name);
 
 // The commands, each in its own source file.
 int runSql(const QStringList &arguments);

@@ -28,6 +28,20 @@ QString usageText(const QCommandLineParser &parser, const QString &name)
     return help;
 }
 
+std::optional<int> parseCommandLine(QCommandLineParser &parser, const QStringList &arguments, const QString &name)
+{
+    parser.addHelpOption();
+    if (!parser.parse(arguments)) {
+        err() << "veldra " << name << ": " << parser.errorText() << Qt::endl;
+        return exitcode::badInput;
+    }
+    if (parser.isSet(QStringLiteral("help"))) {
+        out() << usageText(parser, name);
+        return exitcode::ok;
+    }
+    return std::nullopt;
+}
+
 namespace {
 
 const Command commands[] = {

@@ -12,21 +12,17 @@ int runRegister(const QStringList &arguments)
     parser.setApplicationDescription(QStringLiteral(
             "Writes the library's class identifiers (ProgID -> CLSID) into the registry store that\n"
             "hosts read, so that records and the component answer their CLSIDs."));
-    parser.addHelpOption();
     const QCommandLineOption file(QStringLiteral("file"), QStringLiteral("the registry file (default: %1)")
                                                                   .arg(tessaly::RegistryStore::defaultFileName()),
                                   QStringLiteral("PATH"), tessaly::RegistryStore::defaultFileName());
     const QCommandLineOption remove(QStringLiteral("remove"), QStringLiteral("remove the entries instead"));
     parser.addOption(file);
     parser.addOption(remove);
-    if (!parser.parse(arguments) || !parser.positionalArguments().isEmpty()) {
-        err() << "veldra register: " << (parser.errorText().isEmpty() ? QStringLiteral("takes no arguments") : parser.errorText())
-              << Qt::endl;
+    if (const auto status = parseCommandLine(parser, arguments, QStringLiteral("register")))
+        return *status;
+    if (!parser.positionalArguments().isEmpty()) {
+        err() << "veldra register: takes no arguments" << Qt::endl;
         return exitcode::badInput;
-    }
-    if (parser.isSet(QStringLiteral("help"))) {
-        out() << usageText(parser, QStringLiteral("register"));
-        return exitcode::ok;
     }
     tessaly::RegistryStore store;
     store.load(parser.value(file));

@@ -11,7 +11,6 @@ int runRequest(const QStringList &arguments)
             "as the framework would, and prints the request the model publishes in its \"request\" slot.\n"
             "Exit status: 0 a request was printed; 1 the definition yields no request (the missing\n"
             "piece is named on standard error); 2 bad input (a file, a slot name or a value)."));
-    parser.addHelpOption();
     parser.addPositionalArgument(QStringLiteral("DOC"), QStringLiteral("a saved component document"));
     const QCommandLineOption set(QStringLiteral("set"),
                                  QStringLiteral("write VALUE into the slot NAME (a parameter slot such as @@@Region, "
@@ -21,14 +20,8 @@ int runRequest(const QStringList &arguments)
                                   QStringLiteral("OUT"));
     parser.addOption(set);
     parser.addOption(save);
-    if (!parser.parse(arguments)) {
-        err() << "veldra request: " << parser.errorText() << Qt::endl;
-        return exitcode::badInput;
-    }
-    if (parser.isSet(QStringLiteral("help"))) {
-        out() << usageText(parser, QStringLiteral("request"));
-        return exitcode::ok;
-    }
+    if (const auto status = parseCommandLine(parser, arguments, QStringLiteral("request")))
+        return *status;
     if (parser.positionalArguments().size() != 1) {
         err() << "veldra request: give exactly one DOC (see veldra request --help)" << Qt::endl;
         return exitcode::badInput;

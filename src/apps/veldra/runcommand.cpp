@@ -38,7 +38,6 @@ int runRun(const QStringList &arguments)
             "Builds the request of the component in DOC as 'veldra request' does, sends it to the data\n"
             "service and prints the rows. Exit status: 0 rows printed; 1 no request, or the service\n"
             "refused or failed it (the database error report goes to standard error); 2 bad input."));
-    parser.addHelpOption();
     parser.addPositionalArgument(QStringLiteral("DOC"), QStringLiteral("a saved component document"));
     const QCommandLineOption set(QStringLiteral("set"), QStringLiteral("write VALUE into the slot NAME first; repeatable"),
                                  QStringLiteral("NAME=VALUE"));
@@ -46,14 +45,8 @@ int runRun(const QStringList &arguments)
                                     QStringLiteral("FORMAT"), QStringLiteral("table"));
     parser.addOption(set);
     parser.addOption(format);
-    if (!parser.parse(arguments)) {
-        err() << "veldra run: " << parser.errorText() << Qt::endl;
-        return exitcode::badInput;
-    }
-    if (parser.isSet(QStringLiteral("help"))) {
-        out() << usageText(parser, QStringLiteral("run"));
-        return exitcode::ok;
-    }
+    if (const auto status = parseCommandLine(parser, arguments, QStringLiteral("run")))
+        return *status;
     const QString outputFormat = parser.value(format);
     if (parser.positionalArguments().size() != 1 || !QStringList { QStringLiteral("table"), QStringLiteral("csv"), QStringLiteral("json"), QStringLiteral("xml") }.contains(outputFormat)) {
         err() << "veldra run: give one DOC and a --format of table, csv, json or xml (see veldra run --help)" << Qt::endl;

@@ -13,16 +13,9 @@ int runSql(const QStringList &arguments)
     parser.setApplicationDescription(QStringLiteral(
             "Prints the SELECT statement text of the query definition stored in FILE\n"
             "(a saved definition, or a component document holding one)."));
-    parser.addHelpOption();
     parser.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("a saved query definition or component document"));
-    if (!parser.parse(arguments)) {
-        err() << "veldra sql: " << parser.errorText() << '\n';
-        return exitcode::badInput;
-    }
-    if (parser.isSet(QStringLiteral("help"))) {
-        out() << usageText(parser, QStringLiteral("sql"));
-        return exitcode::ok;
-    }
+    if (const auto status = parseCommandLine(parser, arguments, QStringLiteral("sql")))
+        return *status;
     if (parser.positionalArguments().size() != 1) {
         err() << "veldra sql: give exactly one FILE (see veldra sql --help)\n";
         return exitcode::badInput;

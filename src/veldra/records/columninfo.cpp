@@ -1,9 +1,7 @@
 #include "veldra/records/columninfo.h"
 
 #include "tessaly/variablefactory.h"
-#include "veldra/component/clsidlookup.h"
 #include "veldra/records/recordio.h"
-#include "veldra/resources/stringtable.h"
 
 namespace veldra {
 
@@ -68,16 +66,6 @@ bool ColumnInfo::zetVariable_Write(tessaly::TagStream &stream)
 QString ColumnInfo::zetVariable_Print() const
 {
     return u'[' + m_alias + u':' + m_express + u']';
-}
-
-QString ColumnInfo::zetVariable_GetCLSID() const
-{
-    return ClsidLookup::lookup(ClsidLookup::progId(QStringLiteral(".ColumnInfo")));
-}
-
-QString ColumnInfo::zetVariable_GetTypeName() const
-{
-    return text(StringId::ColumnInfoTypeName);
 }
 
 } // namespace veldra

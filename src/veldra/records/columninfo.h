@@ -1,13 +1,16 @@
 #pragma once
 
-#include "tessaly/zetvariable.h"
+#include "veldra/records/record.h"
 
 namespace veldra {
 
 // One selectable item: a column of a table (kind 1) or a free expression (any other kind).
-class ColumnInfo final : public tessaly::zetVariable
+class ColumnInfo final : public Record<ColumnInfo>
 {
 public:
+    static constexpr const char *classSuffix = ".ColumnInfo";
+    static constexpr StringId typeName = StringId::ColumnInfoTypeName;
+
     static constexpr qint32 TableColumn = 1;
     static constexpr qint32 Expression = 2;
 
@@ -31,10 +34,7 @@ public:
 
     bool zetVariable_Read(tessaly::TagStream &stream) override;
     bool zetVariable_Write(tessaly::TagStream &stream) override;
-    tessaly::ObjectRef zetVariable_Copy() const override { return copy(); }
     QString zetVariable_Print() const override;
-    QString zetVariable_GetCLSID() const override;
-    QString zetVariable_GetTypeName() const override;
 
 private:
     QString m_table;

@@ -1,9 +1,7 @@
 #include "veldra/records/dbinfo.h"
 
 #include "tessaly/variablefactory.h"
-#include "veldra/component/clsidlookup.h"
 #include "veldra/records/recordio.h"
-#include "veldra/resources/stringtable.h"
 
 namespace veldra {
 
@@ -41,16 +39,6 @@ bool dbInfo::zetVariable_Write(tessaly::TagStream &stream)
 QString dbInfo::zetVariable_Print() const
 {
     return u'[' + m_provider + u':' + m_dsn + u':' + m_catalog + u']';
-}
-
-QString dbInfo::zetVariable_GetCLSID() const
-{
-    return ClsidLookup::lookup(ClsidLookup::progId(QStringLiteral(".DBInfo")));
-}
-
-QString dbInfo::zetVariable_GetTypeName() const
-{
-    return text(StringId::DBInfoTypeName);
 }
 
 } // namespace veldra

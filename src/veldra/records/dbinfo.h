@@ -1,13 +1,16 @@
 #pragma once
 
-#include "tessaly/zetvariable.h"
+#include "veldra/records/record.h"
 
 namespace veldra {
 
 // Where a query's data lives: provider, data source name and catalog.
-class dbInfo final : public tessaly::zetVariable
+class dbInfo final : public Record<dbInfo>
 {
 public:
+    static constexpr const char *classSuffix = ".DBInfo";
+    static constexpr StringId typeName = StringId::DBInfoTypeName;
+
     QString provider() const { return m_provider; }
     void setProvider(const QString &provider) { m_provider = provider; }
     QString dsn() const { return m_dsn; }
@@ -19,10 +22,7 @@ public:
 
     bool zetVariable_Read(tessaly::TagStream &stream) override;
     bool zetVariable_Write(tessaly::TagStream &stream) override;
-    tessaly::ObjectRef zetVariable_Copy() const override { return copy(); }
     QString zetVariable_Print() const override;
-    QString zetVariable_GetCLSID() const override;
-    QString zetVariable_GetTypeName() const override;
 
 private:
     QString m_provider;

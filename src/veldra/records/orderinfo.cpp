@@ -1,9 +1,7 @@
 #include "veldra/records/orderinfo.h"
 
 #include "tessaly/variablefactory.h"
-#include "veldra/component/clsidlookup.h"
 #include "veldra/records/recordio.h"
-#include "veldra/resources/stringtable.h"
 
 namespace veldra {
 
@@ -38,16 +36,6 @@ bool OrderInfo::zetVariable_Write(tessaly::TagStream &stream)
 QString OrderInfo::zetVariable_Print() const
 {
     return u'[' + m_column + u']';
-}
-
-QString OrderInfo::zetVariable_GetCLSID() const
-{
-    return ClsidLookup::lookup(ClsidLookup::progId(QStringLiteral(".OrderInfo")));
-}
-
-QString OrderInfo::zetVariable_GetTypeName() const
-{
-    return text(StringId::OrderInfoTypeName);
 }
 
 } // namespace veldra

@@ -1,13 +1,16 @@
 #pragma once
 
-#include "tessaly/zetvariable.h"
+#include "veldra/records/record.h"
 
 namespace veldra {
 
 // One item of a fixed ORDER BY: a selection text and its direction.
-class OrderInfo final : public tessaly::zetVariable
+class OrderInfo final : public Record<OrderInfo>
 {
 public:
+    static constexpr const char *classSuffix = ".OrderInfo";
+    static constexpr StringId typeName = StringId::OrderInfoTypeName;
+
     QString column() const { return m_column; }
     void setColumn(const QString &column) { m_column = column; }
     bool ascendant() const { return m_ascendant; }
@@ -17,10 +20,7 @@ public:
 
     bool zetVariable_Read(tessaly::TagStream &stream) override;
     bool zetVariable_Write(tessaly::TagStream &stream) override;
-    tessaly::ObjectRef zetVariable_Copy() const override { return copy(); }
     QString zetVariable_Print() const override;
-    QString zetVariable_GetCLSID() const override;
-    QString zetVariable_GetTypeName() const override;
 
 private:
     QString m_column;

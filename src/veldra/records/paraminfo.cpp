@@ -1,9 +1,7 @@
 #include "veldra/records/paraminfo.h"
 
 #include "tessaly/variablefactory.h"
-#include "veldra/component/clsidlookup.h"
 #include "veldra/records/recordio.h"
-#include "veldra/resources/stringtable.h"
 
 namespace veldra {
 
@@ -56,16 +54,6 @@ bool ParamInfo::zetVariable_Write(tessaly::TagStream &stream)
 QString ParamInfo::zetVariable_Print() const
 {
     return u'[' + m_paramName + u':' + m_title + u']';
-}
-
-QString ParamInfo::zetVariable_GetCLSID() const
-{
-    return ClsidLookup::lookup(ClsidLookup::progId(QStringLiteral(".ParamInfo")));
-}
-
-QString ParamInfo::zetVariable_GetTypeName() const
-{
-    return text(StringId::ParamInfoTypeName);
 }
 
 } // namespace veldra

@@ -1,14 +1,18 @@
 #pragma once
 
 #include "tessaly/namemap.h"
+#include "veldra/records/record.h"
 
 namespace veldra {
 
 // One named parameter of the condition. Its selection values (key -> display text) matter,
 // and are copied and saved, only for a parameter chosen from a list.
-class ParamInfo final : public tessaly::zetVariable
+class ParamInfo final : public Record<ParamInfo>
 {
 public:
+    static constexpr const char *classSuffix = ".ParamInfo";
+    static constexpr StringId typeName = StringId::ParamInfoTypeName;
+
     static constexpr qint32 TypedIn = 1;
     static constexpr qint32 ChosenFromList = 2;
 
@@ -25,10 +29,7 @@ public:
 
     bool zetVariable_Read(tessaly::TagStream &stream) override;
     bool zetVariable_Write(tessaly::TagStream &stream) override;
-    tessaly::ObjectRef zetVariable_Copy() const override { return copy(); }
     QString zetVariable_Print() const override;
-    QString zetVariable_GetCLSID() const override;
-    QString zetVariable_GetTypeName() const override;
 
 private:
     qint32 m_paramType = TypedIn;

@@ -2,10 +2,8 @@
 
 #include "tessaly/error.h"
 #include "tessaly/variablefactory.h"
-#include "veldra/component/clsidlookup.h"
 #include "veldra/records/recordio.h"
 #include "veldra/records/tableinfo.h"
-#include "veldra/resources/stringtable.h"
 
 namespace veldra {
 
@@ -287,16 +285,6 @@ bool SQLInfo::zetVariable_Write(tessaly::TagStream &stream)
 QString SQLInfo::zetVariable_Print() const
 {
     return m_dbInfo ? m_dbInfo->zetVariable_Print() : QString();
-}
-
-QString SQLInfo::zetVariable_GetCLSID() const
-{
-    return ClsidLookup::lookup(ClsidLookup::progId(QStringLiteral(".SQLInfo")));
-}
-
-QString SQLInfo::zetVariable_GetTypeName() const
-{
-    return text(StringId::SQLInfoTypeName);
 }
 
 } // namespace veldra

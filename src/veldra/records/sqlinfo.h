@@ -5,6 +5,7 @@
 #include "veldra/records/columninfo.h"
 #include "veldra/records/dbinfo.h"
 #include "veldra/records/orderinfo.h"
+#include "veldra/records/record.h"
 
 namespace veldra {
 
@@ -13,9 +14,12 @@ using OrderList = tessaly::OrderedList<std::shared_ptr<OrderInfo>>;
 
 // The whole definition of one parametrised SELECT query. Object and collection members are
 // held by reference: a setter keeps the object it is given.
-class SQLInfo final : public tessaly::zetVariable
+class SQLInfo final : public Record<SQLInfo>
 {
 public:
+    static constexpr const char *classSuffix = ".SQLInfo";
+    static constexpr StringId typeName = StringId::SQLInfoTypeName;
+
     std::shared_ptr<tessaly::NameMap> expressions() const { return m_expressions; }
     void setExpressions(const std::shared_ptr<tessaly::NameMap> &map) { m_expressions = map; }
     std::shared_ptr<veldra::dbInfo> dbInfo() const { return m_dbInfo; }
@@ -64,10 +68,7 @@ public:
 
     bool zetVariable_Read(tessaly::TagStream &stream) override;
     bool zetVariable_Write(tessaly::TagStream &stream) override;
-    tessaly::ObjectRef zetVariable_Copy() const override { return copy(); }
     QString zetVariable_Print() const override;
-    QString zetVariable_GetCLSID() const override;
-    QString zetVariable_GetTypeName() const override;
 
 private:
     void readStrings(tessaly::TagStream &stream, StringList &list);

@@ -1,9 +1,7 @@
 #include "veldra/records/tableinfo.h"
 
 #include "tessaly/variablefactory.h"
-#include "veldra/component/clsidlookup.h"
 #include "veldra/records/recordio.h"
-#include "veldra/resources/stringtable.h"
 
 namespace veldra {
 
@@ -47,16 +45,6 @@ bool TableInfo::zetVariable_Write(tessaly::TagStream &stream)
 QString TableInfo::zetVariable_Print() const
 {
     return u'[' + m_tableName + u']';
-}
-
-QString TableInfo::zetVariable_GetCLSID() const
-{
-    return ClsidLookup::lookup(ClsidLookup::progId(QStringLiteral(".TableInfo")));
-}
-
-QString TableInfo::zetVariable_GetTypeName() const
-{
-    return text(StringId::TableInfoTypeName);
 }
 
 } // namespace veldra

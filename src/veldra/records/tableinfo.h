@@ -2,14 +2,18 @@
 
 #include "tessaly/namemap.h"
 #include "veldra/records/dbinfo.h"
+#include "veldra/records/record.h"
 
 namespace veldra {
 
 // One table of a query with its columns (a NameMap of ColumnInfo keyed by column name).
 // Its dbInfo is not saved: the query reconnects it after reading.
-class TableInfo final : public tessaly::zetVariable
+class TableInfo final : public Record<TableInfo>
 {
 public:
+    static constexpr const char *classSuffix = ".TableInfo";
+    static constexpr StringId typeName = StringId::TableInfoTypeName;
+
     std::shared_ptr<veldra::dbInfo> dbInfo() const { return m_dbInfo; }
     void setDbInfo(const std::shared_ptr<veldra::dbInfo> &info) { m_dbInfo = info; }
     std::shared_ptr<tessaly::NameMap> columns() const { return m_columns; }
@@ -22,10 +26,7 @@ public:
 
     bool zetVariable_Read(tessaly::TagStream &stream) override;
     bool zetVariable_Write(tessaly::TagStream &stream) override;
-    tessaly::ObjectRef zetVariable_Copy() const override { return copy(); }
     QString zetVariable_Print() const override;
-    QString zetVariable_GetCLSID() const override;
-    QString zetVariable_GetTypeName() const override;
 
 private:
     std::shared_ptr<veldra::dbInfo> m_dbInfo = std::make_shared<veldra::dbInfo>();
