@@ -89,8 +89,15 @@ void RequestBuilder::forEachSelectedName(Visit visit) const
 {
     if (m_in.selection.isEmpty())
         return;
-    for (const QStringView piece : QStringView(m_in.selection).split(u','))
-        visit(trimBlanks(piece));
+    const QStringView selection(m_in.selection);
+    qsizetype start = 0;
+    for (;;) {
+        const qsizetype comma = selection.indexOf(u',', start);
+        visit(trimBlanks(selection.mid(start, (comma < 0 ? selection.size() : comma) - start)));
+        if (comma < 0)
+            return;
+        start = comma + 1;
+    }
 }
 
 QString RequestBuilder::contentBlock() const
@@ -116,7 +123,7 @@ QString RequestBuilder::contentBlock() const
 QString RequestBuilder::tableNames() const
 {
     QString names;
-    const auto tables = m_in.query->tables();
+    const auto &tables = m_in.query->tables();
     if (!tables)
         return names;
     for (int i = 0; i < tables->count(); ++i)
@@ -126,16 +133,24 @@ QString RequestBuilder::tableNames() const
 
 QString RequestBuilder::targetBlock() const
 {
-    const auto database = m_in.query->dbInfo();
+    const auto &database = m_in.query->dbInfo();
     if (!database || database->provider().isEmpty() || database->dsn().isEmpty() || database->catalog().isEmpty())
         return {};
     const QString tables = tableNames();
     if (tables.isEmpty())
         return {};
-    return QStringLiteral("<target>") + wrap(u"<provider>", escape(database->provider()), u"</provider>")
-            + wrap(u"<dsn>", escape(database->dsn()), u"</dsn>")
-            + wrap(u"<catalog>", escape(database->catalog()), u"</catalog>")
-            + wrap(u"<table>", escape(tables), u"</table>") + QStringLiteral("</target>");
+    QString target;
+    target.reserve(96 + database->provider().size() + database->dsn().size() + database->catalog().size() + tables.size());
+    target += QStringView(u"<target><provider>");
+    target += escape(database->provider());
+    target += QStringView(u"</provider><dsn>");
+    target += escape(database->dsn());
+    target += QStringView(u"</dsn><catalog>");
+    target += escape(database->catalog());
+    target += QStringView(u"</catalog><table>");
+    target += escape(tables);
+    target += QStringView(u"</table></target>");
+    return target;
 }
 
 QString RequestBuilder::conditionBlock() const
@@ -198,7 +213,7 @@ QString RequestBuilder::rowCountBlock() const
     if (m_in.query->topN() <= 0)
         return {};
     const qint32 count = m_in.query->topNAsParam() ? m_in.topN : m_in.query->topN();
-    return QStringLiteral("<rowcount>%1</rowcount>").arg(count);
+    return QStringLiteral("<rowcount>") + QString::number(count) + QStringLiteral("</rowcount>");
 }
 
 std::optional<QString> RequestBuilder::build() const

@@ -14,13 +14,13 @@ public:
     static constexpr qint32 TableColumn = 1;
     static constexpr qint32 Expression = 2;
 
-    QString table() const { return m_table; }
+    const QString &table() const { return m_table; }
     void setTable(const QString &table) { m_table = table; }
     qint32 columnType() const { return m_columnType; }
     void setColumnType(qint32 columnType) { m_columnType = columnType; }
-    QString alias() const { return m_alias; }
+    const QString &alias() const { return m_alias; }
     void setAlias(const QString &alias) { m_alias = alias; }
-    QString express() const { return m_express; }
+    const QString &express() const { return m_express; }
     void setExpress(const QString &express) { m_express = express; }
 
     // How the item is selected in a statement: "table.column" for a column, the expression

@@ -11,11 +11,11 @@ public:
     static constexpr const char *classSuffix = ".DBInfo";
     static constexpr StringId typeName = StringId::DBInfoTypeName;
 
-    QString provider() const { return m_provider; }
+    const QString &provider() const { return m_provider; }
     void setProvider(const QString &provider) { m_provider = provider; }
-    QString dsn() const { return m_dsn; }
+    const QString &dsn() const { return m_dsn; }
     void setDsn(const QString &dsn) { m_dsn = dsn; }
-    QString catalog() const { return m_catalog; }
+    const QString &catalog() const { return m_catalog; }
     void setCatalog(const QString &catalog) { m_catalog = catalog; }
 
     std::shared_ptr<dbInfo> copy() const { return std::make_shared<dbInfo>(*this); }

@@ -11,7 +11,7 @@ public:
     static constexpr const char *classSuffix = ".OrderInfo";
     static constexpr StringId typeName = StringId::OrderInfoTypeName;
 
-    QString column() const { return m_column; }
+    const QString &column() const { return m_column; }
     void setColumn(const QString &column) { m_column = column; }
     bool ascendant() const { return m_ascendant; }
     void setAscendant(bool ascendant) { m_ascendant = ascendant; }

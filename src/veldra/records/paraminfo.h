@@ -18,11 +18,11 @@ public:
 
     qint32 paramType() const { return m_paramType; }
     void setParamType(qint32 paramType) { m_paramType = paramType; }
-    std::shared_ptr<tessaly::NameMap> selections() const { return m_selections; }
+    const std::shared_ptr<tessaly::NameMap> &selections() const { return m_selections; }
     void setSelections(const std::shared_ptr<tessaly::NameMap> &selections) { m_selections = selections; }
-    QString paramName() const { return m_paramName; }
+    const QString &paramName() const { return m_paramName; }
     void setParamName(const QString &paramName) { m_paramName = paramName; }
-    QString title() const { return m_title; }
+    const QString &title() const { return m_title; }
     void setTitle(const QString &title) { m_title = title; }
 
     std::shared_ptr<ParamInfo> copy() const;

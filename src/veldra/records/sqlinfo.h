@@ -20,13 +20,13 @@ public:
     static constexpr const char *classSuffix = ".SQLInfo";
     static constexpr StringId typeName = StringId::SQLInfoTypeName;
 
-    std::shared_ptr<tessaly::NameMap> expressions() const { return m_expressions; }
+    const std::shared_ptr<tessaly::NameMap> &expressions() const { return m_expressions; }
     void setExpressions(const std::shared_ptr<tessaly::NameMap> &map) { m_expressions = map; }
-    std::shared_ptr<veldra::dbInfo> dbInfo() const { return m_dbInfo; }
+    const std::shared_ptr<veldra::dbInfo> &dbInfo() const { return m_dbInfo; }
     void setDbInfo(const std::shared_ptr<veldra::dbInfo> &info) { m_dbInfo = info; }
-    std::shared_ptr<tessaly::NameMap> parameters() const { return m_parameters; }
+    const std::shared_ptr<tessaly::NameMap> &parameters() const { return m_parameters; }
     void setParameters(const std::shared_ptr<tessaly::NameMap> &map) { m_parameters = map; }
-    QString condition() const { return m_condition; }
+    const QString &condition() const { return m_condition; }
     void setCondition(const QString &condition) { m_condition = condition; }
     qint32 topN() const { return m_topN; }
     void setTopN(qint32 topN) { m_topN = topN; }
@@ -36,15 +36,15 @@ public:
     void setUseOrderBy(bool on) { m_useOrderBy = on; }
     bool orderByAsParam() const { return m_orderByAsParam; }
     void setOrderByAsParam(bool on) { m_orderByAsParam = on; }
-    std::shared_ptr<OrderList> orderBy() const { return m_orderBy; }
+    const std::shared_ptr<OrderList> &orderBy() const { return m_orderBy; }
     void setOrderBy(const std::shared_ptr<OrderList> &list) { m_orderBy = list; }
     bool useGroupBy() const { return m_useGroupBy; }
     void setUseGroupBy(bool on) { m_useGroupBy = on; }
-    std::shared_ptr<StringList> groupBy() const { return m_groupBy; }
+    const std::shared_ptr<StringList> &groupBy() const { return m_groupBy; }
     void setGroupBy(const std::shared_ptr<StringList> &list) { m_groupBy = list; }
-    std::shared_ptr<StringList> selections() const { return m_selections; }
+    const std::shared_ptr<StringList> &selections() const { return m_selections; }
     void setSelections(const std::shared_ptr<StringList> &list) { m_selections = list; }
-    std::shared_ptr<tessaly::NameMap> tables() const { return m_tables; }
+    const std::shared_ptr<tessaly::NameMap> &tables() const { return m_tables; }
     void setTables(const std::shared_ptr<tessaly::NameMap> &map) { m_tables = map; }
 
     // The target element of a request, as far as the definition is complete: only a database

@@ -14,11 +14,11 @@ public:
     static constexpr const char *classSuffix = ".TableInfo";
     static constexpr StringId typeName = StringId::TableInfoTypeName;
 
-    std::shared_ptr<veldra::dbInfo> dbInfo() const { return m_dbInfo; }
+    const std::shared_ptr<veldra::dbInfo> &dbInfo() const { return m_dbInfo; }
     void setDbInfo(const std::shared_ptr<veldra::dbInfo> &info) { m_dbInfo = info; }
-    std::shared_ptr<tessaly::NameMap> columns() const { return m_columns; }
+    const std::shared_ptr<tessaly::NameMap> &columns() const { return m_columns; }
     void setColumns(const std::shared_ptr<tessaly::NameMap> &columns) { m_columns = columns; }
-    QString tableName() const { return m_tableName; }
+    const QString &tableName() const { return m_tableName; }
     void setTableName(const QString &tableName) { m_tableName = tableName; }
 
     // Shares the dbInfo, copies the columns deeply.
