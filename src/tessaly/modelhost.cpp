@@ -3,6 +3,8 @@
 #include "tessaly/error.h"
 #include "tessaly/zetprimitivemodel.h"
 
+#include <QScopeGuard>
+
 namespace tessaly {
 
 namespace {
@@ -69,20 +71,11 @@ void ModelHost::removeSlot(const QString &name)
 void ModelHost::reportSlotChanged(const QString &name)
 {
     m_reports.append(name);
-    if (m_echo) {
-        if (m_echoDepth >= maximumEchoDepth)
-            throw Error(ErrorNumber::Fail, QStringLiteral("slot %1: change reports do not settle").arg(name));
-        ++m_echoDepth;
-        try {
-            m_model->zetPrimitiveModel_onSetSlotValue(name, m_model->zetPrimitiveModel_onGetSlotValue(name));
-        } catch (...) {
-            --m_echoDepth;
-            throw;
-        }
-        --m_echoDepth;
-    }
-    if (slotChanged)
-        slotChanged(name);
+    if (m_echoDepth >= maximumEchoDepth)
+        throw Error(ErrorNumber::Fail, QStringLiteral("slot %1: change reports do not settle").arg(name));
+    ++m_echoDepth;
+    const auto leave = qScopeGuard([this] { --m_echoDepth; });
+    m_model->zetPrimitiveModel_onSetSlotValue(name, m_model->zetPrimitiveModel_onGetSlotValue(name));
 }
 
 void ModelHost::reportChangeCode(int code)

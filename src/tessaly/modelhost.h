@@ -6,8 +6,6 @@
 #include <QStringList>
 #include <QVariant>
 
-#include <functional>
-
 namespace tessaly {
 
 class zetPrimitiveModel;
@@ -39,11 +37,6 @@ public:
     const QStringList &reports() const { return m_reports; }
     void clearReports() { m_reports.clear(); }
 
-    // Whether a slot-changed report is written back into the model (on by default).
-    void setEchoesChanges(bool echo) { m_echo = echo; }
-    // Called after each slot-changed report, as connected components would be.
-    std::function<void(const QString &name)> slotChanged;
-
     void declareSlot(const QString &name, const QString &description) override;
     bool declareParameterSlot(const QString &name, const QString &description) override;
     void removeSlot(const QString &name) override;
@@ -56,7 +49,6 @@ private:
     zetPrimitiveModel *m_model;
     QList<Slot> m_slots;
     QStringList m_reports;
-    bool m_echo = true;
     int m_echoDepth = 0;
 };
 

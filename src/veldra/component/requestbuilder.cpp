@@ -74,16 +74,6 @@ QString RequestBuilder::escape(const QString &text)
     return out;
 }
 
-QStringList RequestBuilder::splitSelection(const QString &selection)
-{
-    QStringList names;
-    if (selection.isEmpty())
-        return names;
-    for (const QStringView piece : QStringView(selection).split(u','))
-        names.append(trimBlanks(piece).toString());
-    return names;
-}
-
 template<typename Visit>
 void RequestBuilder::forEachSelectedName(Visit visit) const
 {

@@ -47,8 +47,6 @@ public:
 
     // "<", ">" and "&" as entities; nothing else changes.
     static QString escape(const QString &text);
-    // The selection slot split at "," with the blanks around each name removed.
-    static QStringList splitSelection(const QString &selection);
 
 private:
     // Calls visit(name) for each trimmed name of the selection slot, without copying it.

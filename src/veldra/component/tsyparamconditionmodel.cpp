@@ -75,14 +75,6 @@ TsyParamConditionModel::TsyParamConditionModel() : m_default(std::make_unique<te
 
 TsyParamConditionModel::~TsyParamConditionModel() = default;
 
-QStringList TsyParamConditionModel::fixedSlotNames()
-{
-    QStringList names;
-    for (int slot = 0; slot < SlotCount; ++slot)
-        names.append(slotName(slot));
-    return names;
-}
-
 int TsyParamConditionModel::fixedSlot(const QString &name)
 {
     for (int slot = 0; slot < SlotCount; ++slot) {

@@ -42,8 +42,6 @@ public:
     // Why the current state yields no request; empty when it yields one.
     QString missingRequestPiece() const;
 
-    static QStringList fixedSlotNames();
-
 private:
     enum Slot { Selection, Request, Definition, Parameters, UpdateRequest, TopN, OrderBy, OrderByAscendant, SlotCount };
 
