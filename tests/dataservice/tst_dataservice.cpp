@@ -6,6 +6,7 @@
 
 #include <QCryptographicHash>
 #include <QDomDocument>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -20,62 +21,52 @@ namespace {
 constexpr qint64 TestRowCap = 500;
 constexpr int TestTimeoutMs = 1500;
 
-QByteArray navigation(const QString &provider, const QString &dsn = {}, const QString &catalog = {},
-                      const QString &table = {})
+// Where requests go: a provider, one of its data sources and a catalog in it.
+struct Target
 {
-    return QStringLiteral("<query><get><content>column</content><target><provider>%1</provider><dsn>%2</dsn>"
-                          "<catalog>%3</catalog><table>%4</table></target></get></query>")
-        .arg(provider, dsn, catalog, table).toUtf8();
-}
-
-QString escaped(const QString &text)
-{
-    return text.toHtmlEscaped().replace(QStringLiteral("&quot;"), QStringLiteral("\""));
-}
-
-struct RecordQuery
-{
-    RecordQuery() = default;
-    RecordQuery(QString f, QString t, QString c = {}, QString g = {}, QString o = {}, QString n = {})
-        : fields(std::move(f)), tables(std::move(t)), condition(std::move(c)), group(std::move(g)),
-          order(std::move(o)), rowCount(std::move(n))
-    {
-    }
-
-    QString fields;
-    QString tables;
-    QString condition;
-    QString group;
-    QString order;
-    QString rowCount;
+    QString backend;
+    QString provider;
+    QString dsn;
+    QString catalog;
 };
+const Target SQLite{ "sqlite", "SQLite", "Local", "main" };
+const Target Postgres{ "postgresql", "PostgreSQL", "Server", "sales" };
 
 } // namespace
 
-Q_DECLARE_METATYPE(RecordQuery)
+Q_DECLARE_METATYPE(Target)
 
 namespace {
 
-QByteArray record(const QString &provider, const QString &dsn, const QString &catalog, const RecordQuery &q)
+QByteArray navigation(const QString &provider, const QString &dsn = {}, const QString &catalog = {},
+                      const QString &table = {})
 {
-    QString xml = QStringLiteral("<query><get><content>record<field>%1</field></content><target><provider>%2"
-                                 "</provider><dsn>%3</dsn><catalog>%4</catalog><table>%5</table></target>")
-                      .arg(escaped(q.fields), provider, dsn, catalog, q.tables);
-    const QPair<const char *, QString> parts[] = {
-        {"condition", q.condition}, {"group", q.group}, {"order", q.order}, {"rowcount", q.rowCount}};
-    for (const auto &[name, text] : parts) {
-        if (!text.isEmpty())
-            xml += QStringLiteral("<%1>%2</%1>").arg(QLatin1String(name), escaped(text));
+    return ("<query><get><content>column</content><target><provider>" + provider + "</provider><dsn>" + dsn
+            + "</dsn><catalog>" + catalog + "</catalog><table>" + table + "</table></target></get></query>")
+            .toUtf8();
+}
+
+// A record request made of {fields, tables, condition, group, order, rowcount}; empty parts are
+// left out.
+QByteArray record(const Target &target, const QStringList &query)
+{
+    const auto escaped = [](const QString &text) { return text.toHtmlEscaped().replace("&quot;", "\""); };
+    QString xml = "<query><get><content>record<field>" + escaped(query.value(0))
+            + "</field></content><target><provider>" + target.provider + "</provider><dsn>" + target.dsn
+            + "</dsn><catalog>" + target.catalog + "</catalog><table>" + query.value(1) + "</table></target>";
+    const QStringList parts{ "condition", "group", "order", "rowcount" };
+    for (int i = 0; i < parts.size(); ++i) {
+        if (!query.value(i + 2).isEmpty())
+            xml += '<' + parts[i] + '>' + escaped(query.value(i + 2)) + "</" + parts[i] + '>';
     }
-    return (xml + QStringLiteral("</get></query>")).toUtf8();
+    return (xml + "</get></query>").toUtf8();
 }
 
 QStringList names(const QDomDocument &document)
 {
     QStringList result;
-    const QDomElement response = document.documentElement();
-    for (QDomElement e = response.firstChildElement(); !e.isNull(); e = e.nextSiblingElement())
-        result.append(e.attribute(QStringLiteral("name")));
+    for (QDomElement e = document.documentElement().firstChildElement(); !e.isNull(); e = e.nextSiblingElement())
+        result.append(e.attribute("name"));
     return result;
 }
 
@@ -83,16 +74,19 @@ QStringList names(const QDomDocument &document)
 QStringList records(const QDomDocument &document)
 {
     QStringList rows;
-    const QDomElement table = document.documentElement().firstChildElement(QStringLiteral("table"));
+    const QDomElement table = document.documentElement().firstChildElement("table");
     for (QDomElement r = table.firstChildElement(); !r.isNull(); r = r.nextSiblingElement()) {
         QStringList fields;
-        for (QDomElement f = r.firstChildElement(); !f.isNull(); f = f.nextSiblingElement()) {
-            const bool isNull = f.attribute(QStringLiteral("null")) == u"true";
-            fields.append(f.attribute(QStringLiteral("name")) + u'=' + (isNull ? QStringLiteral("<null>") : f.text()));
-        }
-        rows.append(fields.join(u'|'));
+        for (QDomElement f = r.firstChildElement(); !f.isNull(); f = f.nextSiblingElement())
+            fields.append(f.attribute("name") + '=' + (f.attribute("null") == "true" ? "<null>" : f.text()));
+        rows.append(fields.join('|'));
     }
     return rows;
+}
+
+QDomElement resultOf(const QDomDocument &response)
+{
+    return response.documentElement().firstChildElement("result");
 }
 
 QByteArray fileChecksum(const QString &path)
@@ -103,18 +97,45 @@ QByteArray fileChecksum(const QString &path)
     return QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha256).toHex();
 }
 
-QMap<QString, QString> readState(const QString &path)
+// The key=value lines the server script writes; its error text when it could not start one.
+QMap<QString, QString> readState(const QString &path, QString *text = nullptr)
 {
     QMap<QString, QString> state;
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return state;
-    for (const QByteArray &line : file.readAll().split('\n')) {
+    const QByteArray content = file.readAll();
+    if (text)
+        *text = QString::fromUtf8(content).trimmed();
+    for (const QByteArray &line : content.split('\n')) {
         const qsizetype eq = line.indexOf('=');
         if (eq > 0)
             state.insert(QString::fromUtf8(line.left(eq)), QString::fromUtf8(line.mid(eq + 1)));
     }
     return state;
+}
+
+DataSource server(const QString &name, const QMap<QString, QString> &state)
+{
+    DataSource source;
+    source.name = name;
+    source.provider = "PostgreSQL";
+    for (const char *key : { "host", "port", "user", "dbname" })
+        source.connection.append({ key, state.value(key) });
+    return source;
+}
+
+// The error number a request raises, 0 when it is answered.
+qint32 errorOf(const DataService &service, const QByteArray &request, QString *message = nullptr)
+{
+    try {
+        service.answer(request);
+    } catch (const tessaly::Error &error) {
+        if (message)
+            *message = error.message();
+        return error.number();
+    }
+    return 0;
 }
 
 } // namespace
@@ -130,18 +151,12 @@ private Q_SLOTS:
 
     void navigationListsEveryLevel_data();
     void navigationListsEveryLevel();
-    void unknownNamesAreRefused_data();
-    void unknownNamesAreRefused();
     void recordRequestsBecomeOneSelect_data();
     void recordRequestsBecomeOneSelect();
-    void keyValueRequestGivesPairs_data();
-    void keyValueRequestGivesPairs();
     void rowCapCutsTheResultAndSaysSo_data();
     void rowCapCutsTheResultAndSaysSo();
-    void hostileRequestsAreRefusedAndChangeNothing_data();
-    void hostileRequestsAreRefusedAndChangeNothing();
-    void endlessQueryHitsTheTimeout_data();
-    void endlessQueryHitsTheTimeout();
+    void refusedRequestsSayWhyAndChangeNothing_data();
+    void refusedRequestsSayWhyAndChangeNothing();
     void sqliteFileThatGoesAwayGivesAnError();
     void postgresServerThatStopsGivesAnError();
     void builtInSampleNeedsNoConfiguration();
@@ -149,16 +164,14 @@ private Q_SLOTS:
     void proxyCarriesDocumentsAndErrors();
 
 private:
-    void addBackendColumns();
-    QTestData &addRow(const char *name, const QString &backend);
-    void skipUnlessAvailable(const QString &backend);
+    void backendRows(const char *name);
+    QTestData &addRow(const char *name, const Target &target);
+    void skipUnlessAvailable(const Target &target);
     QByteArray postgresChecksum();
     QDomDocument ask(const QByteArray &request);
-    qint32 errorOf(const QByteArray &request, QString *message = nullptr);
 
     QTemporaryDir m_dir;
     QString m_dbPath;
-    QString m_otherPath;
     QString m_pgSkipReason;
     QMap<QString, QString> m_pg;
     std::unique_ptr<DataService> m_service;
@@ -169,45 +182,32 @@ private:
 void TestDataService::initTestCase()
 {
     QVERIFY(m_dir.isValid());
-    const QString sample = DataSourceCatalog::sampleDatabasePath();
-    QVERIFY2(QFile::exists(sample), qPrintable(sample));
-    m_dbPath = m_dir.filePath(QStringLiteral("sales.db"));
-    QVERIFY(QFile::copy(sample, m_dbPath));
-    m_otherPath = m_dir.filePath(QStringLiteral("other.db"));
-    QCOMPARE(QProcess::execute(QStringLiteral("sqlite3"),
-                               {m_otherPath, QStringLiteral("CREATE TABLE secrets (word TEXT); "
-                                                            "INSERT INTO secrets VALUES ('swordfish');")}), 0);
-
-    DataSource local;
-    local.name = QStringLiteral("Local");
-    local.provider = QStringLiteral("SQLite");
-    local.path = m_dbPath;
-    local.attachments = {{QStringLiteral("other"), m_otherPath}};
-    local.rowCap = TestRowCap;
-    local.timeoutMs = TestTimeoutMs;
-    QList<DataSource> sources{local};
+    m_dbPath = m_dir.filePath("sales.db");
+    QVERIFY(QFile::copy(DataSourceCatalog::sampleDatabasePath(), m_dbPath));
+    const QString otherPath = m_dir.filePath("other.db");
+    QCOMPARE(QProcess::execute("sqlite3", { otherPath, "CREATE TABLE secrets (word TEXT); "
+                                                       "INSERT INTO secrets VALUES ('swordfish');" }),
+             0);
+    QList<DataSource> sources{
+        { SQLite.dsn, SQLite.provider, m_dbPath, { { "other", otherPath } }, {}, TestRowCap, TestTimeoutMs }
+    };
 
     const QString stateFile = qEnvironmentVariable("VELDRA_TEST_PG");
-    m_pg = readState(stateFile);
+    QString stateText;
+    m_pg = readState(stateFile, &stateText);
     if (stateFile.isEmpty()) {
-        m_pgSkipReason = QStringLiteral("VELDRA_TEST_PG is not set; run the test through CTest to get a server");
-    } else if (!m_pg.contains(QStringLiteral("host"))) {
-        QFile file(stateFile);
-        file.open(QIODevice::ReadOnly);
-        m_pgSkipReason = QStringLiteral("no PostgreSQL server: ") + QString::fromUtf8(file.readAll()).trimmed();
+        m_pgSkipReason = "VELDRA_TEST_PG is not set; run the test through CTest to get a server";
+    } else if (!m_pg.contains("host")) {
+        m_pgSkipReason = "no PostgreSQL server: " + stateText;
     } else {
-        DataSource server;
-        server.name = QStringLiteral("Server");
-        server.provider = QStringLiteral("PostgreSQL");
-        for (const char *key : {"host", "port", "user", "dbname"})
-            server.connection.append({QLatin1String(key), m_pg.value(QLatin1String(key))});
-        server.rowCap = TestRowCap;
-        server.timeoutMs = TestTimeoutMs;
-        sources.append(server);
+        sources.append(server(Postgres.dsn, m_pg));
+        sources.last().rowCap = TestRowCap;
+        sources.last().timeoutMs = TestTimeoutMs;
     }
     m_service = std::make_unique<DataService>(DataSourceCatalog(sources));
 }
 
+// Every test leaves both databases as they were.
 void TestDataService::init()
 {
     m_checksumBefore = fileChecksum(m_dbPath);
@@ -222,12 +222,12 @@ void TestDataService::cleanup()
 
 QByteArray TestDataService::postgresChecksum()
 {
-    if (!m_pg.contains(QStringLiteral("host")))
+    if (!m_pg.contains("host"))
         return {};
-    const QByteArray conninfo = QStringLiteral("host=%1 port=%2 user=%3 dbname=%4")
-                                    .arg(m_pg.value(QStringLiteral("host")), m_pg.value(QStringLiteral("port")),
-                                         m_pg.value(QStringLiteral("user")), m_pg.value(QStringLiteral("dbname")))
-                                    .toUtf8();
+    const QByteArray conninfo = QString("host=%1 port=%2 user=%3 dbname=%4")
+                                        .arg(m_pg.value("host"), m_pg.value("port"), m_pg.value("user"),
+                                             m_pg.value("dbname"))
+                                        .toUtf8();
     PGconn *conn = PQconnectdb(conninfo.constData());
     QByteArray sum;
     if (PQstatus(conn) == CONNECTION_OK) {
@@ -244,26 +244,21 @@ QByteArray TestDataService::postgresChecksum()
     return sum;
 }
 
-void TestDataService::addBackendColumns()
+void TestDataService::backendRows(const char *name)
 {
-    QTest::addColumn<QString>("backend");
-    QTest::addColumn<QString>("provider");
-    QTest::addColumn<QString>("dsn");
-    QTest::addColumn<QString>("catalog");
+    QTest::addColumn<Target>("target");
+    for (const Target &target : { SQLite, Postgres })
+        addRow(name, target);
 }
 
-QTestData &TestDataService::addRow(const char *name, const QString &backend)
+QTestData &TestDataService::addRow(const char *name, const Target &target)
 {
-    const bool sqlite = backend == u"sqlite";
-    return QTest::addRow("%s: %s", qPrintable(backend), name)
-        << backend << (sqlite ? QStringLiteral("SQLite") : QStringLiteral("PostgreSQL"))
-        << (sqlite ? QStringLiteral("Local") : QStringLiteral("Server"))
-        << (sqlite ? QStringLiteral("main") : QStringLiteral("sales"));
+    return QTest::addRow("%s: %s", qPrintable(target.backend), name) << target;
 }
 
-void TestDataService::skipUnlessAvailable(const QString &backend)
+void TestDataService::skipUnlessAvailable(const Target &target)
 {
-    if (backend == u"postgresql" && !m_pgSkipReason.isEmpty())
+    if (target.backend == Postgres.backend && !m_pgSkipReason.isEmpty())
         QSKIP(qPrintable(m_pgSkipReason));
 }
 
@@ -271,10 +266,7 @@ QDomDocument TestDataService::ask(const QByteArray &request)
 {
     QDomDocument document;
     try {
-        const QByteArray response = m_service->answer(request);
-        QString message;
-        if (!document.setContent(response, &message))
-            qWarning("response is not XML: %s", qPrintable(message));
+        document.setContent(m_service->answer(request));
     } catch (const tessaly::Error &error) {
         qWarning("%s failed: %s %s", request.constData(), qPrintable(tessaly::Error::hexNumber(error.number())),
                  qPrintable(error.message()));
@@ -282,333 +274,202 @@ QDomDocument TestDataService::ask(const QByteArray &request)
     return document;
 }
 
-qint32 TestDataService::errorOf(const QByteArray &request, QString *message)
-{
-    try {
-        m_service->answer(request);
-    } catch (const tessaly::Error &error) {
-        if (message)
-            *message = error.message();
-        return error.number();
-    }
-    return 0;
-}
-
 void TestDataService::navigationListsEveryLevel_data()
 {
-    addBackendColumns();
-    for (const QString &backend : {QStringLiteral("sqlite"), QStringLiteral("postgresql")})
-        addRow("structure", backend);
+    backendRows("structure");
 }
 
 void TestDataService::navigationListsEveryLevel()
 {
-    QFETCH(QString, backend);
-    QFETCH(QString, provider);
-    QFETCH(QString, dsn);
-    QFETCH(QString, catalog);
-    skipUnlessAvailable(backend);
+    QFETCH(Target, target);
+    skipUnlessAvailable(target);
+    QCOMPARE(names(ask(navigation({}))), (QStringList{ "SQLite", "PostgreSQL" }));
+    QVERIFY(names(ask(navigation(target.provider))).contains(target.dsn));
+    const QStringList catalogs = names(ask(navigation(target.provider, target.dsn)));
+    QVERIFY2(catalogs.contains(target.catalog), qPrintable(catalogs.join(',')));
+    QVERIFY(!catalogs.contains("pg_catalog") && !catalogs.contains("temp"));
 
-    QCOMPARE(names(ask(navigation({}))), (QStringList{QStringLiteral("SQLite"), QStringLiteral("PostgreSQL")}));
-    QVERIFY(names(ask(navigation(provider))).contains(dsn));
-    const QStringList catalogs = names(ask(navigation(provider, dsn)));
-    QVERIFY2(catalogs.contains(catalog), qPrintable(catalogs.join(u',')));
-    QVERIFY(!catalogs.contains(QStringLiteral("pg_catalog")) && !catalogs.contains(QStringLiteral("temp")));
+    const QDomDocument tables = ask(navigation(target.provider, target.dsn, target.catalog));
+    QCOMPARE(names(tables), (QStringList{ "customers", "order_lines", "orders", "products", "regions",
+                                          "sales_by_region", "staff" }));
+    QCOMPARE(tables.documentElement().lastChildElement().previousSiblingElement().attribute("type"), "view");
 
-    const QDomDocument tables = ask(navigation(provider, dsn, catalog));
-    QCOMPARE(names(tables), (QStringList{QStringLiteral("customers"), QStringLiteral("order_lines"),
-                                         QStringLiteral("orders"), QStringLiteral("products"),
-                                         QStringLiteral("regions"), QStringLiteral("sales_by_region"),
-                                         QStringLiteral("staff")}));
-    const QDomElement view = tables.documentElement().lastChildElement().previousSiblingElement();
-    QCOMPARE(view.attribute(QStringLiteral("type")), QStringLiteral("view"));
-
-    const QDomDocument columns = ask(navigation(provider, dsn, catalog, QStringLiteral("orders")));
-    QCOMPARE(names(columns), (QStringList{QStringLiteral("id"), QStringLiteral("customer_id"),
-                                          QStringLiteral("staff_id"), QStringLiteral("order_date"),
-                                          QStringLiteral("status"), QStringLiteral("amount")}));
-    QVERIFY(columns.documentElement().firstChildElement().attribute(QStringLiteral("type")).contains(
-        QStringLiteral("int"), Qt::CaseInsensitive));
-}
-
-void TestDataService::unknownNamesAreRefused_data()
-{
-    QTest::addColumn<QString>("backend");
-    QTest::addColumn<QByteArray>("request");
-    QTest::addColumn<qint32>("number");
-
-    for (const QString &backend : {QStringLiteral("sqlite"), QStringLiteral("postgresql")}) {
-        const bool sqlite = backend == u"sqlite";
-        const QString provider = sqlite ? QStringLiteral("SQLite") : QStringLiteral("PostgreSQL");
-        const QString dsn = sqlite ? QStringLiteral("Local") : QStringLiteral("Server");
-        const QString catalog = sqlite ? QStringLiteral("main") : QStringLiteral("sales");
-        const auto row = [&](const char *name) -> QTestData & { return QTest::addRow("%s: %s", qPrintable(backend), name) << backend; };
-        row("provider") << navigation(QStringLiteral("Oracle"), dsn) << ErrorNumber::UnknownProvider;
-        row("data source") << navigation(provider, QStringLiteral("Nowhere")) << ErrorNumber::UnknownDataSource;
-        row("catalog") << navigation(provider, dsn, QStringLiteral("archive")) << ErrorNumber::UnknownCatalog;
-        row("table") << navigation(provider, dsn, catalog, QStringLiteral("invoices")) << ErrorNumber::UnknownTable;
-        row("table of record request")
-            << record(provider, dsn, catalog, {QStringLiteral("id"), QStringLiteral("orders,invoices")})
-            << ErrorNumber::UnknownTable;
-        row("table of another catalog")
-            << record(provider, dsn, catalog, {QStringLiteral("*"), sqlite ? QStringLiteral("secrets") : QStringLiteral("salaries")})
-            << ErrorNumber::UnknownTable;
-        row("bad column") << record(provider, dsn, catalog, {QStringLiteral("orders.nonesuch"), QStringLiteral("orders")})
-                          << ErrorNumber::DatabaseError;
-    }
-}
-
-void TestDataService::unknownNamesAreRefused()
-{
-    QFETCH(QString, backend);
-    QFETCH(QByteArray, request);
-    QFETCH(qint32, number);
-    skipUnlessAvailable(backend);
-    QString message;
-    QCOMPARE(tessaly::Error::hexNumber(errorOf(request, &message)), tessaly::Error::hexNumber(number));
-    QVERIFY(!message.isEmpty());
+    const QDomDocument columns = ask(navigation(target.provider, target.dsn, target.catalog, "orders"));
+    QCOMPARE(names(columns), (QStringList{ "id", "customer_id", "staff_id", "order_date", "status", "amount" }));
+    QVERIFY(columns.documentElement().firstChildElement().attribute("type").contains("int", Qt::CaseInsensitive));
 }
 
 void TestDataService::recordRequestsBecomeOneSelect_data()
 {
-    addBackendColumns();
-    QTest::addColumn<RecordQuery>("query");
+    QTest::addColumn<Target>("target");
+    QTest::addColumn<QStringList>("query"); // fields, tables, condition, group, order, rowcount
     QTest::addColumn<QStringList>("expected");
-
-    for (const QString &backend : {QStringLiteral("sqlite"), QStringLiteral("postgresql")}) {
-        addRow("columns, condition, order", backend)
-            << RecordQuery{QStringLiteral("orders.id,orders.status"), QStringLiteral("orders"),
-                           QStringLiteral("orders.id <= 3 OR orders.id = 7"), {}, QStringLiteral("orders.id DESC"), {}}
-            << QStringList{QStringLiteral("id=7|status=open"), QStringLiteral("id=3|status=shipped"),
-                           QStringLiteral("id=2|status=shipped"), QStringLiteral("id=1|status=shipped")};
-        addRow("alias, expression with commas, trailing blank", backend)
-            << RecordQuery{QStringLiteral("SUBSTR(customers.name,1,5) short,customers.city town,customers.segment "),
-                           QStringLiteral("customers"), QStringLiteral("customers.id = 2"), {}, {}, {}}
-            << QStringList{QStringLiteral("short=Coldh|town=Saltmarsh|segment=Public sector")};
-        addRow("two tables", backend)
-            << RecordQuery{QStringLiteral("orders.id,customers.region_code"), QStringLiteral("orders,customers"),
-                           QStringLiteral("orders.customer_id = customers.id AND orders.id = 1"), {}, {}, {}}
-            << QStringList{QStringLiteral("id=1|region_code=SE")};
-        addRow("group and order", backend)
-            << RecordQuery{QStringLiteral("customers.region_code,COUNT(*) n"), QStringLiteral("customers"), {},
-                           QStringLiteral("customers.region_code"), QStringLiteral("customers.region_code ASC"), {}}
-            << QStringList{QStringLiteral("region_code=CE|n=100"), QStringLiteral("region_code=NE|n=100"),
-                           QStringLiteral("region_code=NW|n=100"), QStringLiteral("region_code=OS|n=100"),
-                           QStringLiteral("region_code=SE|n=100"), QStringLiteral("region_code=SW|n=100")};
-        addRow("row count", backend)
-            << RecordQuery{QStringLiteral("products.id"), QStringLiteral("products"), {}, {},
-                           QStringLiteral("products.id"), QStringLiteral("3")}
-            << QStringList{QStringLiteral("id=1"), QStringLiteral("id=2"), QStringLiteral("id=3")};
-        addRow("markup in the condition", backend)
-            << RecordQuery{QStringLiteral("regions.code"), QStringLiteral("regions"),
-                           QStringLiteral("regions.code < 'NF' AND regions.name <> 'A&B'"), {}, QStringLiteral("regions.code"), {}}
-            << QStringList{QStringLiteral("code=CE"), QStringLiteral("code=NE")};
-        addRow("NULL and markup in values", backend)
-            << RecordQuery{QStringLiteral("customers.email,'<a&b>' tag"), QStringLiteral("customers"),
-                           QStringLiteral("customers.id = 9"), {}, {}, {}}
-            << QStringList{QStringLiteral("email=<null>|tag=<a&b>")};
-        addRow("view", backend)
-            << RecordQuery{QStringLiteral("region_code,order_count"), QStringLiteral("sales_by_region"),
-                           QStringLiteral("region_code = 'NE'"), {}, {}, {}}
-            << QStringList{QStringLiteral("region_code=NE|order_count=382")};
-        addRow("no rows", backend)
-            << RecordQuery{QStringLiteral("orders.id"), QStringLiteral("orders"), QStringLiteral("1 = 0"), {}, {}, {}}
-            << QStringList{};
+    for (const Target &t : { SQLite, Postgres }) {
+        const auto row = [&](const char *name, const QStringList &query, const QStringList &expected) {
+            addRow(name, t) << query << expected;
+        };
+        row("columns, condition, order",
+            { "orders.id,orders.status", "orders", "orders.id <= 3 OR orders.id = 7", {}, "orders.id DESC" },
+            { "id=7|status=open", "id=3|status=shipped", "id=2|status=shipped", "id=1|status=shipped" });
+        row("alias, expression with commas, trailing blank",
+            { "SUBSTR(customers.name,1,5) short,customers.city town,customers.segment ", "customers",
+              "customers.id = 2" },
+            { "short=Coldh|town=Saltmarsh|segment=Public sector" });
+        row("two tables",
+            { "orders.id,customers.region_code", "orders,customers",
+              "orders.customer_id = customers.id AND orders.id = 1" },
+            { "id=1|region_code=SE" });
+        row("group and order",
+            { "customers.region_code,COUNT(*) n", "customers", {}, "customers.region_code",
+              "customers.region_code ASC" },
+            { "region_code=CE|n=100", "region_code=NE|n=100", "region_code=NW|n=100", "region_code=OS|n=100",
+              "region_code=SE|n=100", "region_code=SW|n=100" });
+        row("key values as the accessor asks for them", { "code,name", "regions", {}, "code,name" },
+            { "code=CE|name=Central", "code=NE|name=North East", "code=NW|name=North West", "code=OS|name=Overseas",
+              "code=SE|name=South East", "code=SW|name=South West" });
+        row("row count", { "products.id", "products", {}, {}, "products.id", "3" }, { "id=1", "id=2", "id=3" });
+        row("markup in the condition",
+            { "regions.code", "regions", "regions.code < 'NF' AND regions.name <> 'A&B'", {}, "regions.code" },
+            { "code=CE", "code=NE" });
+        row("NULL and markup in values", { "customers.email,'<a&b>' tag", "customers", "customers.id = 9" },
+            { "email=<null>|tag=<a&b>" });
+        row("view", { "region_code,order_count", "sales_by_region", "region_code = 'NE'" },
+            { "region_code=NE|order_count=382" });
+        row("no rows", { "orders.id", "orders", "1 = 0" }, {});
     }
 }
 
 void TestDataService::recordRequestsBecomeOneSelect()
 {
-    QFETCH(QString, backend);
-    QFETCH(QString, provider);
-    QFETCH(QString, dsn);
-    QFETCH(QString, catalog);
-    QFETCH(RecordQuery, query);
+    QFETCH(Target, target);
+    QFETCH(QStringList, query);
     QFETCH(QStringList, expected);
-    skipUnlessAvailable(backend);
-
-    const QDomDocument response = ask(record(provider, dsn, catalog, query));
+    skipUnlessAvailable(target);
+    const QDomDocument response = ask(record(target, query));
     QVERIFY(!response.isNull());
-    QCOMPARE(records(response), expected);
-    const QDomElement result = response.documentElement().firstChildElement(QStringLiteral("result"));
-    QCOMPARE(result.attribute(QStringLiteral("truncated")), QStringLiteral("false"));
-    QCOMPARE(result.attribute(QStringLiteral("rows")).toInt(), expected.size());
-}
-
-void TestDataService::keyValueRequestGivesPairs_data()
-{
-    addBackendColumns();
-    for (const QString &backend : {QStringLiteral("sqlite"), QStringLiteral("postgresql")})
-        addRow("regions", backend);
-}
-
-void TestDataService::keyValueRequestGivesPairs()
-{
-    QFETCH(QString, backend);
-    QFETCH(QString, provider);
-    QFETCH(QString, dsn);
-    QFETCH(QString, catalog);
-    skipUnlessAvailable(backend);
-    // As the accessor sends it: the field list once, the group with both columns.
-    const QByteArray request = QStringLiteral(
-        "<query><get><content>record<field>code,name</field></content><target><provider>%1</provider>"
-        "<dsn>%2</dsn><catalog>%3</catalog><table>regions</table></target><group>code,name</group></get></query>")
-        .arg(provider, dsn, catalog).toUtf8();
-    QStringList rows = records(ask(request));
-    rows.sort();
-    QCOMPARE(rows.size(), 6);
-    QCOMPARE(rows.first(), QStringLiteral("code=CE|name=Central"));
+    QStringList rows = records(response);
+    if (query.value(4).isEmpty()) {
+        // Without an order the rows may come in any order.
+        rows.sort();
+        expected.sort();
+    }
+    QCOMPARE(rows, expected);
+    QCOMPARE(resultOf(response).attribute("truncated"), "false");
+    QCOMPARE(resultOf(response).attribute("rows").toInt(), expected.size());
 }
 
 void TestDataService::rowCapCutsTheResultAndSaysSo_data()
 {
-    addBackendColumns();
+    QTest::addColumn<Target>("target");
     QTest::addColumn<QString>("rowCount");
     QTest::addColumn<int>("rows");
     QTest::addColumn<bool>("truncated");
-    for (const QString &backend : {QStringLiteral("sqlite"), QStringLiteral("postgresql")}) {
-        addRow("no row count, over the cap", backend) << QString() << int(TestRowCap) << true;
-        addRow("row count over the cap", backend) << QStringLiteral("2000") << int(TestRowCap) << true;
-        addRow("row count at the cap", backend) << QString::number(TestRowCap) << int(TestRowCap) << false;
-        addRow("row count under the cap", backend) << QStringLiteral("10") << 10 << false;
-        addRow("row count zero", backend) << QStringLiteral("0") << 0 << false;
+    for (const Target &t : { SQLite, Postgres }) {
+        addRow("no row count, over the cap", t) << QString() << int(TestRowCap) << true;
+        addRow("row count over the cap", t) << "2000" << int(TestRowCap) << true;
+        addRow("row count at the cap", t) << QString::number(TestRowCap) << int(TestRowCap) << false;
+        addRow("row count zero", t) << "0" << 0 << false;
     }
 }
 
 void TestDataService::rowCapCutsTheResultAndSaysSo()
 {
-    QFETCH(QString, backend);
-    QFETCH(QString, provider);
-    QFETCH(QString, dsn);
-    QFETCH(QString, catalog);
+    QFETCH(Target, target);
     QFETCH(QString, rowCount);
     QFETCH(int, rows);
     QFETCH(bool, truncated);
-    skipUnlessAvailable(backend);
-    const QDomDocument response = ask(record(provider, dsn, catalog,
-        {QStringLiteral("orders.id,orders.amount"), QStringLiteral("orders"), {}, {}, {}, rowCount}));
+    skipUnlessAvailable(target);
+    const QDomDocument response = ask(record(target, { "orders.id,orders.amount", "orders", {}, {}, {}, rowCount }));
     QCOMPARE(records(response).size(), rows);
-    const QDomElement result = response.documentElement().firstChildElement(QStringLiteral("result"));
-    QCOMPARE(result.attribute(QStringLiteral("truncated")) == u"true", truncated);
-    QCOMPARE(result.attribute(QStringLiteral("rowcap")).toLongLong(), TestRowCap);
+    QCOMPARE(resultOf(response).attribute("truncated") == "true", truncated);
+    QCOMPARE(resultOf(response).attribute("rowcap").toLongLong(), TestRowCap);
 }
 
-void TestDataService::hostileRequestsAreRefusedAndChangeNothing_data()
+void TestDataService::refusedRequestsSayWhyAndChangeNothing_data()
 {
-    addBackendColumns();
-    QTest::addColumn<RecordQuery>("query");
-    QTest::addColumn<QString>("reason");
-
-    const QString orders = QStringLiteral("orders");
-    const QString id = QStringLiteral("orders.id");
-    for (const QString &backend : {QStringLiteral("sqlite"), QStringLiteral("postgresql")}) {
-        const bool sqlite = backend == u"sqlite";
-        addRow("stacked statement", backend)
-            << RecordQuery{id, orders, QStringLiteral("1=1; DELETE FROM orders")} << "semicolon";
-        addRow("comment hides a second statement", backend)
-            << RecordQuery{id, orders, QStringLiteral("1=1 --\n; DELETE FROM orders")} << "comment";
-        addRow("block comment swallows the rest", backend)
-            << RecordQuery{id, orders, {}, {}, QStringLiteral("orders.id /*")} << "comment";
-        addRow("condition escapes its parentheses", backend)
-            << RecordQuery{id, orders, QStringLiteral("1=1) OR (1=1")} << "never opened";
-        addRow("statement in the order list", backend)
-            << RecordQuery{id, orders, {}, {}, QStringLiteral("orders.id; DROP TABLE orders")} << "semicolon";
-        addRow("E string hides a quote", backend)
-            << RecordQuery{id, orders, QStringLiteral("E'\\'' = '' ; DELETE FROM orders; SELECT ''")} << "semicolon";
-        if (sqlite) {
-            addRow("load_extension", backend)
-                << RecordQuery{QStringLiteral("load_extension('/tmp/evil.so')"), orders} << "load_extension";
-            addRow("attached catalog in a subquery", backend)
-                << RecordQuery{QStringLiteral("(SELECT word FROM other.secrets) w"), orders} << "other.secrets";
-            addRow("pragma function", backend)
-                << RecordQuery{QStringLiteral("name"), QStringLiteral("orders"),
-                               QStringLiteral("orders.id IN (SELECT cid FROM pragma_table_info('orders'))")}
-                << "not allowed";
-            addRow("backtick hides a semicolon", backend)
-                << RecordQuery{id, orders, QStringLiteral("`'`; DELETE FROM orders; SELECT '`")} << "semicolon";
-            addRow("fts3 tokenizer hook", backend)
-                << RecordQuery{QStringLiteral("fts3_tokenizer('simple')"), orders} << "fts3_tokenizer";
+    QTest::addColumn<Target>("target");
+    QTest::addColumn<QByteArray>("request");
+    QTest::addColumn<qint32>("number");
+    QTest::addColumn<QString>("reason"); // in the error message
+    const QString id = "orders.id";
+    const QString orders = "orders";
+    for (const Target &t : { SQLite, Postgres }) {
+        const auto unknown = [&](const char *name, const QByteArray &request, qint32 number) {
+            addRow(name, t) << request << number << QString();
+        };
+        const auto refused = [&](const char *name, const QStringList &query, const QString &reason) {
+            addRow(name, t) << record(t, query) << ErrorNumber::StatementRefused << reason;
+        };
+        unknown("unknown provider", navigation("Oracle", t.dsn), ErrorNumber::UnknownProvider);
+        unknown("unknown data source", navigation(t.provider, "Nowhere"), ErrorNumber::UnknownDataSource);
+        unknown("unknown catalog", navigation(t.provider, t.dsn, "archive"), ErrorNumber::UnknownCatalog);
+        unknown("unknown table", navigation(t.provider, t.dsn, t.catalog, "invoices"), ErrorNumber::UnknownTable);
+        unknown("unknown table of a record request", record(t, { id, "orders,invoices" }), ErrorNumber::UnknownTable);
+        unknown("table of another catalog", record(t, { "*", t.backend == "sqlite" ? "secrets" : "salaries" }),
+                ErrorNumber::UnknownTable);
+        unknown("bad column", record(t, { "orders.nonesuch", orders }), ErrorNumber::DatabaseError);
+        unknown("endless query hits the timeout",
+                record(t, { "(WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM c) SELECT max(x) FROM c) m",
+                            "regions" }),
+                ErrorNumber::Timeout);
+        refused("stacked statement", { id, orders, "1=1; DELETE FROM orders" }, "semicolon");
+        refused("comment hides a second statement", { id, orders, "1=1 --\n; DELETE FROM orders" }, "comment");
+        refused("block comment swallows the rest", { id, orders, {}, {}, "orders.id /*" }, "comment");
+        refused("condition escapes its parentheses", { id, orders, "1=1) OR (1=1" }, "never opened");
+        refused("statement in the order list", { id, orders, {}, {}, "orders.id; DROP TABLE orders" }, "semicolon");
+        refused("E string hides a quote", { id, orders, "E'\\'' = '' ; DELETE FROM orders; SELECT ''" }, "semicolon");
+        if (t.backend == "sqlite") {
+            refused("load_extension", { "load_extension('/tmp/evil.so')", orders }, "load_extension");
+            refused("attached catalog in a subquery", { "(SELECT word FROM other.secrets) w", orders },
+                    "other.secrets");
+            refused("pragma function",
+                    { "name", orders, "orders.id IN (SELECT cid FROM pragma_table_info('orders'))" }, "not allowed");
+            refused("backtick hides a semicolon", { id, orders, "`'`; DELETE FROM orders; SELECT '`" }, "semicolon");
+            refused("fts3 tokenizer hook", { "fts3_tokenizer('simple')", orders }, "fts3_tokenizer");
         } else {
-            addRow("another schema in a subquery", backend)
-                << RecordQuery{QStringLiteral("(SELECT max(salary) FROM hr.salaries) s"), orders} << "hr.salaries";
-            addRow("system catalog", backend)
-                << RecordQuery{QStringLiteral("(SELECT count(*) FROM pg_catalog.pg_authid) n"), orders} << "pg_authid";
-            addRow("SQL run from text", backend)
-                << RecordQuery{QStringLiteral("query_to_xml('DELETE FROM sales.orders', true, false, '')"), orders}
-                << "query_to_xml";
-            addRow("settings change", backend)
-                << RecordQuery{QStringLiteral("set_config('statement_timeout', '0', false)"), orders} << "set_config";
-            addRow("large object write", backend)
-                << RecordQuery{QStringLiteral("lo_create(0)"), orders, QStringLiteral("orders.id = 1")} << "lo_create";
-            addRow("write through a function of the catalog", backend)
-                << RecordQuery{QStringLiteral("mark_cancelled(orders.id)"), orders, QStringLiteral("orders.id = 1")}
-                << "read-only";
-            addRow("file read", backend)
-                << RecordQuery{QStringLiteral("pg_read_file('/etc/passwd')"), orders} << "pg_read_file";
+            refused("another schema in a subquery", { "(SELECT max(salary) FROM hr.salaries) s", orders },
+                    "hr.salaries");
+            refused("system catalog", { "(SELECT count(*) FROM pg_catalog.pg_authid) n", orders }, "pg_authid");
+            refused("SQL run from text", { "query_to_xml('DELETE FROM sales.orders', true, false, '')", orders },
+                    "query_to_xml");
+            refused("settings change", { "set_config('statement_timeout', '0', false)", orders }, "set_config");
+            refused("large object write", { "lo_create(0)", orders, "orders.id = 1" }, "lo_create");
+            refused("write through a function of the catalog", { "mark_cancelled(orders.id)", orders, "orders.id = 1" },
+                    "read-only");
+            refused("file read", { "pg_read_file('/etc/passwd')", orders }, "pg_read_file");
         }
     }
 }
 
-void TestDataService::hostileRequestsAreRefusedAndChangeNothing()
+void TestDataService::refusedRequestsSayWhyAndChangeNothing()
 {
-    QFETCH(QString, backend);
-    QFETCH(QString, provider);
-    QFETCH(QString, dsn);
-    QFETCH(QString, catalog);
-    QFETCH(RecordQuery, query);
+    QFETCH(Target, target);
+    QFETCH(QByteArray, request);
+    QFETCH(qint32, number);
     QFETCH(QString, reason);
-    skipUnlessAvailable(backend);
-    QString message;
-    QCOMPARE(tessaly::Error::hexNumber(errorOf(record(provider, dsn, catalog, query), &message)),
-             tessaly::Error::hexNumber(ErrorNumber::StatementRefused));
-    QVERIFY2(message.contains(reason, Qt::CaseInsensitive), qPrintable(message));
-}
-
-void TestDataService::endlessQueryHitsTheTimeout_data()
-{
-    addBackendColumns();
-    for (const QString &backend : {QStringLiteral("sqlite"), QStringLiteral("postgresql")})
-        addRow("recursive query without end", backend);
-}
-
-void TestDataService::endlessQueryHitsTheTimeout()
-{
-    QFETCH(QString, backend);
-    QFETCH(QString, provider);
-    QFETCH(QString, dsn);
-    QFETCH(QString, catalog);
-    skipUnlessAvailable(backend);
+    skipUnlessAvailable(target);
     QElapsedTimer timer;
     timer.start();
-    const RecordQuery endless{
-        QStringLiteral("(WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM c) SELECT max(x) FROM c) m"),
-        QStringLiteral("regions")};
-    QCOMPARE(tessaly::Error::hexNumber(errorOf(record(provider, dsn, catalog, endless))),
-             tessaly::Error::hexNumber(ErrorNumber::Timeout));
+    QString message;
+    QCOMPARE(tessaly::Error::hexNumber(errorOf(*m_service, request, &message)), tessaly::Error::hexNumber(number));
+    QVERIFY2(!message.isEmpty() && message.contains(reason, Qt::CaseInsensitive), qPrintable(message));
     QVERIFY2(timer.elapsed() < TestTimeoutMs + 3000, qPrintable(QString::number(timer.elapsed())));
-    // The connection is usable again afterwards.
-    QCOMPARE(records(ask(record(provider, dsn, catalog, {QStringLiteral("COUNT(*) n"), QStringLiteral("regions")}))),
-             QStringList{QStringLiteral("n=6")});
+    // The data source answers again afterwards.
+    QCOMPARE(records(ask(record(target, { "COUNT(*) n", "regions" }))), QStringList{ "n=6" });
 }
 
 void TestDataService::sqliteFileThatGoesAwayGivesAnError()
 {
-    const QString path = m_dir.filePath(QStringLiteral("doomed.db"));
+    const QString path = m_dir.filePath("doomed.db");
     QVERIFY(QFile::copy(m_dbPath, path));
-    DataSource doomed{QStringLiteral("Doomed"), QStringLiteral("SQLite"), path, {}, {}, 10, 1000};
-    const DataService service(DataSourceCatalog({doomed}));
-    const QByteArray request = record(QStringLiteral("SQLite"), doomed.name, QStringLiteral("main"),
-                                      {QStringLiteral("COUNT(*)"), QStringLiteral("orders")});
+    const DataService service(DataSourceCatalog({ { "Doomed", "SQLite", path, {}, {}, 10, 1000 } }));
+    const QByteArray request = record({ {}, "SQLite", "Doomed", "main" }, { "COUNT(*)", "orders" });
     QVERIFY(service.answer(request).contains("2400"));
     QVERIFY(QFile::remove(path));
-    for (const QByteArray &next : {request, navigation(QStringLiteral("SQLite"), doomed.name)}) {
-        try {
-            service.answer(next);
-            QFAIL("a deleted database file still answered");
-        } catch (const tessaly::Error &error) {
-            QCOMPARE(error.number(), ErrorNumber::ConnectionFailed);
-            QVERIFY2(error.message().contains(path), qPrintable(error.message()));
-        }
+    for (const QByteArray &next : { request, navigation("SQLite", "Doomed") }) {
+        QString message;
+        QCOMPARE(errorOf(service, next, &message), ErrorNumber::ConnectionFailed);
+        QVERIFY2(message.contains(path), qPrintable(message));
     }
 }
 
@@ -617,27 +478,14 @@ void TestDataService::postgresServerThatStopsGivesAnError()
     if (!m_pgSkipReason.isEmpty())
         QSKIP(qPrintable(m_pgSkipReason));
     // A server of its own, so stopping it leaves the shared one alone.
-    const QString state = m_dir.filePath(QStringLiteral("own-server.state"));
-    QCOMPARE(QProcess::execute(QStringLiteral(PGSERVER_SCRIPT), {QStringLiteral("start"), state,
-                                                                 QStringLiteral(SAMPLE_SQL)}), 0);
-    const QMap<QString, QString> own = readState(state);
-    DataSource server;
-    server.name = QStringLiteral("Own");
-    server.provider = QStringLiteral("PostgreSQL");
-    for (const char *key : {"host", "port", "user", "dbname"})
-        server.connection.append({QLatin1String(key), own.value(QLatin1String(key))});
-    const DataService service(DataSourceCatalog({server}));
-    const QByteArray request = record(server.provider, server.name, QStringLiteral("sales"),
-                                      {QStringLiteral("COUNT(*) n"), QStringLiteral("orders")});
+    const QString state = m_dir.filePath("own-server.state");
+    QCOMPARE(QProcess::execute(PGSERVER_SCRIPT, { "start", state, SAMPLE_SQL }), 0);
+    const DataService service(DataSourceCatalog({ server("Own", readState(state)) }));
+    const QByteArray request = record({ {}, "PostgreSQL", "Own", "sales" }, { "COUNT(*) n", "orders" });
     const bool answered = service.answer(request).contains("2400");
-    QCOMPARE(QProcess::execute(QStringLiteral(PGSERVER_SCRIPT), {QStringLiteral("stop"), state}), 0);
+    QCOMPARE(QProcess::execute(PGSERVER_SCRIPT, { "stop", state }), 0);
     QVERIFY(answered);
-    try {
-        service.answer(request);
-        QFAIL("a stopped server still answered");
-    } catch (const tessaly::Error &error) {
-        QCOMPARE(error.number(), ErrorNumber::ConnectionFailed);
-    }
+    QCOMPARE(errorOf(service, request), ErrorNumber::ConnectionFailed);
 }
 
 void TestDataService::builtInSampleNeedsNoConfiguration()
@@ -645,18 +493,17 @@ void TestDataService::builtInSampleNeedsNoConfiguration()
     QTemporaryDir config;
     qputenv("XDG_CONFIG_HOME", config.path().toUtf8());
     const DataService service;
-    const QByteArray response = service.answer(navigation(QStringLiteral("SQLite"), QStringLiteral("Sample"),
-                                                          QStringLiteral("main")));
-    QVERIFY(response.contains("name=\"orders\""));
+    const QByteArray response = service.answer(navigation("SQLite", "Sample", "main"));
     qunsetenv("XDG_CONFIG_HOME");
+    QVERIFY(response.contains("name=\"orders\""));
 }
 
 void TestDataService::configurationFileDefinesDataSources()
 {
     QTemporaryDir config;
-    QVERIFY(QDir(config.path()).mkpath(QStringLiteral("veldra")));
-    QVERIFY(QFile::copy(m_dbPath, config.filePath(QStringLiteral("veldra/mine.db"))));
-    const QString ini = config.filePath(QStringLiteral("veldra/datasources.ini"));
+    QVERIFY(QDir(config.path()).mkpath("veldra"));
+    QVERIFY(QFile::copy(m_dbPath, config.filePath("veldra/mine.db")));
+    const QString ini = config.filePath("veldra/datasources.ini");
     const auto write = [&](const QByteArray &text) {
         QFile file(ini);
         QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
@@ -665,45 +512,36 @@ void TestDataService::configurationFileDefinesDataSources()
     write("[Mine]\nprovider=SQLite\npath=mine.db\nrowcap=5\ntimeout=2\n"
           "[Warehouse]\nprovider=PostgreSQL\nhost=/nonexistent\nport=1\ndbname=x\n");
     const DataSourceCatalog catalog = DataSourceCatalog::fromFile(ini);
-    QCOMPARE(catalog.names(QStringLiteral("SQLite")), (QStringList{QStringLiteral("Sample"), QStringLiteral("Mine")}));
-    const DataSource &mine = catalog.find(QStringLiteral("SQLite"), QStringLiteral("Mine"));
-    QCOMPARE(mine.path, config.filePath(QStringLiteral("veldra/mine.db")));
+    QCOMPARE(catalog.names("SQLite"), (QStringList{ "Sample", "Mine" }));
+    const DataSource &mine = catalog.find("SQLite", "Mine");
+    QCOMPARE(mine.path, config.filePath("veldra/mine.db"));
     QCOMPARE(mine.rowCap, 5);
     QCOMPARE(mine.timeoutMs, 2000);
     const DataService service(catalog);
-    QVERIFY(service.answer(record(QStringLiteral("SQLite"), QStringLiteral("Mine"), QStringLiteral("main"),
-                                  {QStringLiteral("orders.id"), QStringLiteral("orders")}))
-                .contains("truncated=\"true\""));
-    try {
-        service.answer(navigation(QStringLiteral("PostgreSQL"), QStringLiteral("Warehouse")));
-        QFAIL("an unreachable server answered");
-    } catch (const tessaly::Error &error) {
-        QCOMPARE(error.number(), ErrorNumber::ConnectionFailed);
-    }
+    QVERIFY(service.answer(record({ {}, "SQLite", "Mine", "main" }, { "orders.id", "orders" }))
+                    .contains("truncated=\"true\""));
+    QCOMPARE(errorOf(service, navigation("PostgreSQL", "Warehouse")), ErrorNumber::ConnectionFailed);
 
-    for (const QByteArray &bad : {QByteArray("[X]\nprovider=Oracle\n"), QByteArray("[X]\nprovider=SQLite\n"),
-                                  QByteArray("[X]\nprovider=SQLite\npath=a.db\nrowcap=lots\n")}) {
+    for (const QByteArray &bad : { QByteArray("[X]\nprovider=Oracle\n"), QByteArray("[X]\nprovider=SQLite\n"),
+                                   QByteArray("[X]\nprovider=SQLite\npath=a.db\nrowcap=lots\n") }) {
         write(bad);
         try {
             DataSourceCatalog::fromFile(ini);
             QFAIL(bad.constData());
         } catch (const tessaly::Error &error) {
             QCOMPARE(error.number(), ErrorNumber::BadConfiguration);
-            QVERIFY2(error.message().contains(QStringLiteral("[X]")), qPrintable(error.message()));
+            QVERIFY2(error.message().contains("[X]"), qPrintable(error.message()));
         }
     }
 }
 
 void TestDataService::proxyCarriesDocumentsAndErrors()
 {
-    auto service = std::make_shared<const DataService>(m_service->dataSources());
-    LocalServiceProxy proxy(service);
+    LocalServiceProxy proxy(std::make_shared<const DataService>(m_service->dataSources()));
     QDomDocument request;
-    request.setContent(navigation(QStringLiteral("SQLite"), QStringLiteral("Local"), QStringLiteral("main"),
-                                  QStringLiteral("regions")));
-    QCOMPARE(names(proxy.request(request)),
-             (QStringList{QStringLiteral("code"), QStringLiteral("name"), QStringLiteral("country")}));
-    request.setContent(navigation(QStringLiteral("SQLite"), QStringLiteral("Nowhere")));
+    request.setContent(navigation("SQLite", "Local", "main", "regions"));
+    QCOMPARE(names(proxy.request(request)), (QStringList{ "code", "name", "country" }));
+    request.setContent(navigation("SQLite", "Nowhere"));
     try {
         proxy.request(request);
         QFAIL("the proxy swallowed an error");

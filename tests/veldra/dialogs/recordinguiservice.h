@@ -1,6 +1,7 @@
 #pragma once
 
 // A UI service that answers in place of a person and keeps what would have been shown.
+// Install it with tessaly::UiService::setInstance, and put the default back with nullptr.
 
 #include "tessaly/uiservice.h"
 
@@ -34,7 +35,7 @@ public:
     Answer message(const QString &text, const QString &title, Buttons buttons) override
     {
         messages.append({ text, title, buttons });
-        return answer;
+        return Answer::Ok;
     }
 
     // Lets the script act on the dialog as a user would, without a window, and closes it as
@@ -63,38 +64,16 @@ public:
     }
 
     bool showsWindows() const override { return windows; }
-
-    void report(const QString &title, const QStringList &lines) override
-    {
-        reports.append(QStringList{ title } + lines);
-    }
-
+    void report(const QString &title, const QStringList &lines) override { reports.append(QStringList{ title } + lines); }
     void setBusy(bool) override {}
 
     bool windows = true;
-    Answer answer = Answer::Ok;
     std::function<void(QDialog &)> script;
 
     QList<Message> messages;
     QList<DialogSeen> dialogs;
     QList<QStringList> reports;
     bool closedByScript = false;
-};
-
-// Installs a recording service for the life of the scope and puts the default back after.
-class RecordingScope
-{
-public:
-    RecordingScope() { tessaly::UiService::setInstance(ui); }
-    ~RecordingScope() { tessaly::UiService::setInstance(nullptr); }
-    RecordingScope(const RecordingScope &) = delete;
-    RecordingScope &operator=(const RecordingScope &) = delete;
-
-    RecordingUiService *operator->() const { return ui.get(); }
-    RecordingUiService &operator*() const { return *ui; }
-
-private:
-    std::shared_ptr<RecordingUiService> ui = std::make_shared<RecordingUiService>();
 };
 
 } // namespace testui

@@ -19,36 +19,24 @@ using tessaly::UiService;
 namespace {
 
 // The wizard's part: the expressions the query already holds, compared exactly.
-class ExistingExpressions final : public ExpressionChecker
+struct ExistingExpressions final : ExpressionChecker
 {
-public:
-    explicit ExistingExpressions(QStringList expressions) : m_expressions(std::move(expressions)) {}
-    bool expressionExists(const QString &expression) const override
-    {
-        asked.append(expression);
-        return m_expressions.contains(expression);
-    }
+    explicit ExistingExpressions(QStringList expressions) : held(std::move(expressions)) {}
+    bool expressionExists(const QString &e) const override { asked.append(e); return held.contains(e); }
+    QStringList held;
     mutable QStringList asked;
-
-private:
-    QStringList m_expressions;
 };
 
-void click(QDialog &dialog, const QString &button)
-{
-    auto *pushButton = dialog.findChild<QPushButton *>(button);
-    QVERIFY2(pushButton, qPrintable(button));
-    QTest::mouseClick(pushButton, Qt::LeftButton);
-}
-
-void type(QDialog &dialog, const QString &text)
+// Types text into the expression dialog, if given, then clicks a button.
+void press(QDialog &dialog, const QString &button, const QString &text = {})
 {
     auto *edit = dialog.findChild<QPlainTextEdit *>("AddExprText");
-    QVERIFY(edit);
-    edit->setPlainText(text);
+    auto *pushButton = dialog.findChild<QPushButton *>(button);
+    QVERIFY2(pushButton && (text.isNull() || edit), qPrintable(button));
+    if (!text.isNull())
+        edit->setPlainText(text);
+    QTest::mouseClick(pushButton, Qt::LeftButton);
 }
-
-const DatabaseErrorReport failedColumns{ -2147467259, "SQLite", "Sample", "main", "orders" };
 
 } // namespace
 
@@ -60,173 +48,145 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void okDecidesOnTheTextWithoutLineBreaks_data();
-    void okDecidesOnTheTextWithoutLineBreaks();
-    void expressionDialogAcceptsOrRefusesWithAMessage_data();
-    void expressionDialogAcceptsOrRefusesWithAMessage();
-    void cancelLeavesExpressionAndConfirmedAsTheyWere();
-
-    void databaseErrorDialogShowsTheHexCodeAndWhereTheRequestWent();
+    void lineBreaksAreRemovedWithoutASpace();
+    void expressionDialogDecidesOnTheTextWithoutLineBreaks_data();
+    void expressionDialogDecidesOnTheTextWithoutLineBreaks();
+    void databaseErrorShowsTheHexCodeAndWhereTheRequestWent_data();
+    void databaseErrorShowsTheHexCodeAndWhereTheRequestWent();
     void databaseErrorDialogClosesOnOkOnlyAndDetailDoesNothing();
-    void withoutWindowsTheDatabaseErrorIsReported_data();
-    void withoutWindowsTheDatabaseErrorIsReported();
     void consoleWritesOneLineAndAnswersQuestionsNegatively_data();
     void consoleWritesOneLineAndAnswersQuestionsNegatively();
 
 private:
-    std::unique_ptr<testui::RecordingScope> m_ui;
+    std::shared_ptr<testui::RecordingUiService> m_ui;
 };
 
 void tst_Dialogs::init()
 {
     StringTable::setLanguage(Language::English);
-    m_ui = std::make_unique<testui::RecordingScope>();
+    m_ui = std::make_shared<testui::RecordingUiService>();
+    UiService::setInstance(m_ui);
 }
 
 void tst_Dialogs::cleanup()
 {
-    m_ui.reset();
+    UiService::setInstance(nullptr);
     QVERIFY(QApplication::topLevelWidgets().isEmpty());
 }
 
-void tst_Dialogs::okDecidesOnTheTextWithoutLineBreaks_data()
+void tst_Dialogs::lineBreaksAreRemovedWithoutASpace()
 {
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<QString>("original");
-    QTest::addColumn<bool>("editMode");
-    QTest::addColumn<QStringList>("existing");
-    QTest::addColumn<bool>("accepted");
-    QTest::addColumn<QString>("expression");
-
-    QTest::newRow("line break removed without a space")
-            << "SUM(a)\r\n+1" << "" << false << QStringList{} << true << "SUM(a)+1";
-    QTest::newRow("lone CR and LF removed wherever they stand")
-            << "\na\rb\n\nc\r" << "" << false << QStringList{} << true << "abc";
-    QTest::newRow("spaces and tabs kept, nothing trimmed")
-            << " a\t+ b " << "" << false << QStringList{} << true << " a\t+ b ";
-    QTest::newRow("empty expression is not refused") << "" << "" << false << QStringList{} << true << "";
-    QTest::newRow("adding an existing expression refused")
-            << "SUM(a)" << "" << false << QStringList{ "SUM(a)" } << false << "SUM(a)";
-    QTest::newRow("existence asked without the line breaks")
-            << "SUM(a)\n+1" << "" << false << QStringList{ "SUM(a)+1" } << false << "SUM(a)+1";
-    QTest::newRow("unchanged edit accepted")
-            << "SUM(a)" << "SUM(a)" << true << QStringList{ "SUM(a)" } << true << "SUM(a)";
-    QTest::newRow("edit unchanged once the line break is gone")
-            << "SUM(a)\r\n+1" << "SUM(a)+1" << true << QStringList{ "SUM(a)+1" } << true << "SUM(a)+1";
-    QTest::newRow("edit into another existing expression refused")
-            << "MAX(b)" << "SUM(a)" << true << QStringList{ "SUM(a)", "MAX(b)" } << false << "MAX(b)";
-    QTest::newRow("edit into a new expression accepted")
-            << "MIN(c)" << "SUM(a)" << true << QStringList{ "SUM(a)" } << true << "MIN(c)";
-    QTest::newRow("comparison is exact") << "sum(a)" << "SUM(a)" << true << QStringList{ "SUM(a)", "sum(a)" }
-                                         << false << "sum(a)";
+    // Asked directly: the dialog's text edit never hands a lone CR on. Spaces and tabs stay.
+    const ExistingExpressions checker({});
+    const ExprDialogDecision decision = decideExpression(" \na\rb\r\n\nc\r + d\t", "", false, checker);
+    QVERIFY(decision.accepted);
+    QCOMPARE(decision.expression, " abc + d\t");
+    QCOMPARE(checker.asked, QStringList{ " abc + d\t" });
 }
 
-void tst_Dialogs::okDecidesOnTheTextWithoutLineBreaks()
-{
-    QFETCH(QString, typed);
-    QFETCH(QString, original);
-    QFETCH(bool, editMode);
-    QFETCH(QStringList, existing);
-    QFETCH(bool, accepted);
-    QFETCH(QString, expression);
-    const ExistingExpressions checker(existing);
-    const ExprDialogDecision decision = decideExpression(typed, original, editMode, checker);
-    QCOMPARE(decision.accepted, accepted);
-    QCOMPARE(decision.expression, expression);
-    QCOMPARE(checker.asked, QStringList{ expression });
-}
-
-void tst_Dialogs::expressionDialogAcceptsOrRefusesWithAMessage_data()
+void tst_Dialogs::expressionDialogDecidesOnTheTextWithoutLineBreaks_data()
 {
     QTest::addColumn<bool>("editMode");
     QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<QStringList>("asked"); // whether it exists, of the wizard
     QTest::addColumn<bool>("confirmed");
-    QTest::addColumn<QString>("title");
-    QTest::addColumn<QString>("expression");
-
-    // The query holds SUM(a) and MAX(b); the dialog opens on SUM(a).
-    QTest::newRow("new expression over two lines") << false << "SUM(c)\r\n+1" << true << "Add expression" << "SUM(c)+1";
-    QTest::newRow("adding an existing one") << false << "MAX(b)" << false << "Add expression" << "SUM(a)";
-    QTest::newRow("edit without a change") << true << "SUM(a)" << true << "Edit expression" << "SUM(a)";
-    QTest::newRow("edit into another existing one") << true << "MAX(b)" << false << "Edit expression" << "SUM(a)";
+    const auto row = [](const char *name, bool editMode, const QString &typed, const QString &button,
+                        const QStringList &asked, bool confirmed) {
+        QTest::newRow(name) << editMode << typed << button << asked << confirmed;
+    };
+    // The query holds SUM(a)+1, MAX(b) and sum(a)+1; the dialog opens on SUM(a)+1.
+    const QString ok = "OKButton";
+    row("add: CR and LF removed wherever they stand, without a space", false, "\nMIN(\rc)\r\n\n+1\r", ok,
+        { "MIN(c)+1" }, true);
+    row("add: empty expression is not refused", false, "", ok, { "" }, true);
+    row("add: the one it opened on refused", false, "SUM(a)+1", ok, { "SUM(a)+1" }, false);
+    row("add: existence asked without the line breaks", false, "MAX\n(b)", ok, { "MAX(b)" }, false);
+    row("edit: unchanged accepted", true, "SUM(a)+1", ok, { "SUM(a)+1" }, true);
+    row("edit: unchanged once the line break is gone", true, "SUM(a)\r\n+1", ok, { "SUM(a)+1" }, true);
+    row("edit: into another existing one refused", true, "MAX(b)", ok, { "MAX(b)" }, false);
+    row("edit: into a new one accepted", true, "MIN(c)", ok, { "MIN(c)" }, true);
+    row("edit: comparison is exact", true, "sum(a)+1", ok, { "sum(a)+1" }, false);
+    row("Cancel changes nothing", true, "MIN(c)", "CancelButton", {}, false);
 }
 
-void tst_Dialogs::expressionDialogAcceptsOrRefusesWithAMessage()
+void tst_Dialogs::expressionDialogDecidesOnTheTextWithoutLineBreaks()
 {
     QFETCH(bool, editMode);
     QFETCH(QString, typed);
+    QFETCH(QString, button);
+    QFETCH(QStringList, asked);
     QFETCH(bool, confirmed);
-    QFETCH(QString, title);
-    QFETCH(QString, expression);
-    const ExistingExpressions checker({ "SUM(a)", "MAX(b)" });
+    // An earlier OK sets the expression; it must not answer for the Popup under test.
     WizExprDialog dialog;
-    dialog.setExpression("SUM(a)");
-    QString shownText;
-    QString typedAfterMessage;
-    (*m_ui)->script = [&](QDialog &shown) {
-        shownText = shown.findChild<QPlainTextEdit *>("AddExprText")->toPlainText();
-        type(shown, typed);
-        click(shown, "OKButton");
-        typedAfterMessage = shown.findChild<QPlainTextEdit *>("AddExprText")->toPlainText();
-    };
+    const ExistingExpressions none({});
+    m_ui->script = [](QDialog &shown) { press(shown, "OKButton", "SUM(a)+1"); };
+    QVERIFY(dialog.Popup(&none, false));
+    m_ui->dialogs.clear();
 
+    const ExistingExpressions checker({ "SUM(a)+1", "MAX(b)", "sum(a)+1" });
+    QString shownText;
+    QString textAfterwards;
+    m_ui->script = [&](QDialog &shown) {
+        shownText = shown.findChild<QPlainTextEdit *>("AddExprText")->toPlainText();
+        press(shown, button, typed);
+        textAfterwards = shown.findChild<QPlainTextEdit *>("AddExprText")->toPlainText();
+    };
     QCOMPARE(dialog.Popup(&checker, editMode), confirmed);
     QCOMPARE(dialog.confirmed(), confirmed);
-    QCOMPARE(dialog.Expression(), expression);
-    QCOMPARE((*m_ui)->dialogs.size(), 1);
-    QCOMPARE((*m_ui)->dialogs.first().title, title);
-    QCOMPARE(shownText, "SUM(a)");
-    // A refusal keeps the dialog open with the text as typed.
-    QCOMPARE((*m_ui)->closedByScript, confirmed);
-    if (confirmed) {
-        QVERIFY((*m_ui)->messages.isEmpty());
-    } else {
-        QCOMPARE(typedAfterMessage, typed);
-        QCOMPARE((*m_ui)->messages.size(), 1);
-        const testui::Message message = (*m_ui)->messages.first();
-        QCOMPARE(message.text, "The same expression is already existing.");
-        QCOMPARE(message.title, "Duplicate expression");
-        QCOMPARE(message.buttons, UiService::Buttons::Ok);
+    QCOMPARE(checker.asked, asked);
+    QCOMPARE(dialog.Expression(), confirmed ? asked.first() : QString("SUM(a)+1"));
+    QCOMPARE(m_ui->dialogs.size(), 1);
+    QCOMPARE(m_ui->dialogs.first().title, editMode ? "Edit expression" : "Add expression");
+    QCOMPARE(shownText, "SUM(a)+1");
+    // A refusal keeps the dialog open with the text as typed, and says why.
+    const bool refused = !asked.isEmpty() && !confirmed;
+    QCOMPARE(m_ui->closedByScript, !refused);
+    QCOMPARE(m_ui->messages.size(), refused ? 1 : 0);
+    if (refused) {
+        QCOMPARE(textAfterwards, typed);
+        QCOMPARE(m_ui->messages.first().text, "The same expression is already existing.");
+        QCOMPARE(m_ui->messages.first().title, "Duplicate expression");
+        QCOMPARE(m_ui->messages.first().buttons, UiService::Buttons::Ok);
     }
 }
 
-void tst_Dialogs::cancelLeavesExpressionAndConfirmedAsTheyWere()
+void tst_Dialogs::databaseErrorShowsTheHexCodeAndWhereTheRequestWent_data()
 {
-    const ExistingExpressions checker({});
-    WizExprDialog dialog;
-    (*m_ui)->script = [](QDialog &shown) {
-        type(shown, "AVG(x)");
-        click(shown, "OKButton");
-    };
-    QVERIFY(dialog.Popup(&checker, false));
-    QCOMPARE(dialog.Expression(), "AVG(x)");
-
-    (*m_ui)->script = [](QDialog &shown) {
-        type(shown, "AVG(y)");
-        click(shown, "CancelButton");
-    };
-    QVERIFY(!dialog.Popup(&checker, true));
-    QVERIFY((*m_ui)->closedByScript);
-    QCOMPARE(dialog.Expression(), "AVG(x)");
-    QVERIFY(!dialog.confirmed());
+    QTest::addColumn<bool>("windows");
+    QTest::addColumn<Language>("language");
+    QTest::addColumn<QStringList>("lines"); // title, statement, then a dialog's labels and texts
+    const QStringList english{ "Database error", "Failed to get informations from database.", "Error Code: 80004005",
+                               "Provider: SQLite", "Data Source: Sample", "Catalog: main", "Table: orders" };
+    QTest::newRow("dialog") << true << Language::English << english;
+    QTest::newRow("report without windows") << false << Language::English << english;
+    QTest::newRow("report in Japanese, full-width colon without a space")
+            << false << Language::Japanese
+            << QStringList{ StringTable::text(StringId::DatabaseErrorTitle, Language::Japanese),
+                            StringTable::text(StringId::DatabaseErrorMessage, Language::Japanese),
+                            QString::fromUtf8("エラーコード：80004005"), QString::fromUtf8("プロバイダー：SQLite"),
+                            QString::fromUtf8("データソース：Sample"), QString::fromUtf8("カタログ：main"),
+                            QString::fromUtf8("テーブル：orders") };
 }
 
-void tst_Dialogs::databaseErrorDialogShowsTheHexCodeAndWhereTheRequestWent()
+void tst_Dialogs::databaseErrorShowsTheHexCodeAndWhereTheRequestWent()
 {
-    showDatabaseError(failedColumns);
-    QCOMPARE((*m_ui)->dialogs.size(), 1);
-    const testui::DialogSeen seen = (*m_ui)->dialogs.first();
-    QCOMPARE(seen.title, "Database error");
-    const QHash<QString, QString> expected{
-        { "Label", "Failed to get informations from database." },
-        { "ProviderLabel", "Provider:" }, { "ProviderText", "SQLite" },
-        { "DSNLabel", "Data Source:" }, { "DSNText", "Sample" },
-        { "CatalogLabel", "Catalog:" }, { "CatalogText", "main" },
-        { "TableLabel", "Table:" }, { "TableText", "orders" },
-        { "ErrorCodeLabel", "Error Code:" }, { "ErrorCodeText", "80004005" },
-    };
-    for (auto it = expected.cbegin(); it != expected.cend(); ++it)
-        QCOMPARE(seen.texts.value(it.key()), it.value());
+    QFETCH(bool, windows);
+    QFETCH(Language, language);
+    QFETCH(QStringList, lines);
+    StringTable::setLanguage(language);
+    m_ui->windows = windows;
+    showDatabaseError({ -2147467259, "SQLite", "Sample", "main", "orders" });
+    QCOMPARE(m_ui->dialogs.size(), windows ? 1 : 0);
+    QList<QStringList> shown = m_ui->reports;
+    for (const testui::DialogSeen &seen : m_ui->dialogs) {
+        QCOMPARE(seen.objectName, "WizDBErrorDialog");
+        QStringList texts{ seen.title, seen.texts.value("Label") };
+        for (const QString field : { "ErrorCode", "Provider", "DSN", "Catalog", "Table" })
+            texts.append(seen.texts.value(field + "Label") + ' ' + seen.texts.value(field + "Text"));
+        shown.append(texts);
+    }
+    QCOMPARE(shown, QList<QStringList>{ lines });
 }
 
 void tst_Dialogs::databaseErrorDialogClosesOnOkOnlyAndDetailDoesNothing()
@@ -235,40 +195,11 @@ void tst_Dialogs::databaseErrorDialogClosesOnOkOnlyAndDetailDoesNothing()
     QCOMPARE(dialog.windowTitle(), "Database Error");
     QCOMPARE(dialog.findChild<QLabel *>("Label")->text(), "Database Error");
     QCOMPARE(dialog.findChild<QPushButton *>("DetailButton")->text(), "Detail");
-    (*m_ui)->script = [](QDialog &shown) { click(shown, "DetailButton"); };
-    (*m_ui)->execDialog(dialog);
-    QVERIFY(!(*m_ui)->closedByScript);
-
-    (*m_ui)->script = [](QDialog &shown) { click(shown, "OKButton"); };
-    QCOMPARE((*m_ui)->execDialog(dialog), int(QDialog::Accepted));
-}
-
-void tst_Dialogs::withoutWindowsTheDatabaseErrorIsReported_data()
-{
-    QTest::addColumn<Language>("language");
-    QTest::addColumn<QStringList>("report");
-    QTest::newRow("English") << Language::English
-                             << QStringList{ "Database error", "Failed to get informations from database.",
-                                             "Error Code: 80004005", "Provider: SQLite", "Data Source: Sample",
-                                             "Catalog: main", "Table: orders" };
-    QTest::newRow("Japanese, full-width colon without a space")
-            << Language::Japanese
-            << QStringList{ StringTable::text(StringId::DatabaseErrorTitle, Language::Japanese),
-                            StringTable::text(StringId::DatabaseErrorMessage, Language::Japanese),
-                            QString::fromUtf8("エラーコード：80004005"), QString::fromUtf8("プロバイダー：SQLite"),
-                            QString::fromUtf8("データソース：Sample"), QString::fromUtf8("カタログ：main"),
-                            QString::fromUtf8("テーブル：orders") };
-}
-
-void tst_Dialogs::withoutWindowsTheDatabaseErrorIsReported()
-{
-    QFETCH(Language, language);
-    QFETCH(QStringList, report);
-    StringTable::setLanguage(language);
-    (*m_ui)->windows = false;
-    showDatabaseError(failedColumns);
-    QVERIFY((*m_ui)->dialogs.isEmpty());
-    QCOMPARE((*m_ui)->reports, QList<QStringList>{ report });
+    m_ui->script = [](QDialog &shown) { press(shown, "DetailButton"); };
+    m_ui->execDialog(dialog);
+    QVERIFY(!m_ui->closedByScript);
+    m_ui->script = [](QDialog &shown) { press(shown, "OKButton"); };
+    QCOMPARE(m_ui->execDialog(dialog), int(QDialog::Accepted));
 }
 
 void tst_Dialogs::consoleWritesOneLineAndAnswersQuestionsNegatively_data()

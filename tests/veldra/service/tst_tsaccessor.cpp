@@ -13,6 +13,7 @@
 
 using namespace veldra;
 using tessaly::NameMap;
+using tessaly::ObjectRef;
 
 namespace {
 
@@ -25,11 +26,13 @@ QString canonical(const QString &xml)
     return document.toString(-1);
 }
 
-QString navigation(const QString &provider, const QString &dsn = {}, const QString &catalog = {},
-                   const QString &table = {})
+// The request for the names one level below path ("provider/dsn/catalog/table", "" for the
+// providers).
+QString navigation(const QString &path)
 {
-    return "<query><get><content>column</content><target><provider>" + provider + "</provider><dsn>" + dsn
-            + "</dsn><catalog>" + catalog + "</catalog><table>" + table + "</table></target></get></query>";
+    const QStringList p = path.split('/');
+    return "<query><get><content>column</content><target><provider>" + p.value(0) + "</provider><dsn>" + p.value(1)
+            + "</dsn><catalog>" + p.value(2) + "</catalog><table>" + p.value(3) + "</table></target></get></query>";
 }
 
 QString names(const QStringList &list)
@@ -40,82 +43,68 @@ QString names(const QStringList &list)
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<response>" + items + "</response>";
 }
 
-// A data service with a script: request -> response text, raised error number, or no answer.
-// Counts what it was asked.
+QString keyValueRequest(const QString &fields, const QString &group)
+{
+    return "<query><get><content>record<field>" + fields + "</field></content><target><provider>SQLite</provider>"
+           "<dsn>Sample</dsn><catalog>main</catalog><table>regions</table></target><group>"
+            + group + "</group></get></query>";
+}
+
+// A data service with a script: request -> a response text, an error number to raise, or
+// QVariant() for no answer. Keeps what it was asked.
 class ScriptedProxy final : public tessaly::ServiceProxy
 {
 public:
-    void answer(const QString &request, const QString &response) { m_replies[canonical(request)] = { response, 0, false }; }
-    void fail(const QString &request, qint32 number) { m_replies[canonical(request)] = { {}, number, false }; }
-    void silence(const QString &request) { m_replies[canonical(request)] = { {}, 0, true }; }
+    void script(const QString &request, const QVariant &reply) { m_replies[canonical(request)] = reply; }
 
     QDomDocument request(const QDomDocument &document) override
     {
         const QString text = document.toString(-1);
         requests.append(text);
-        const auto reply = m_replies.constFind(text);
-        if (reply == m_replies.cend())
+        if (!m_replies.contains(text))
             throw tessaly::Error(qint32(0x80045001), "unscripted request: " + text);
-        if (reply->error != 0)
-            throw tessaly::Error(reply->error, QStringLiteral("scripted failure"));
-        if (reply->silent)
-            return {};
+        const QVariant reply = m_replies.value(text);
+        if (reply.typeId() == QMetaType::Int)
+            throw tessaly::Error(reply.toInt(), QStringLiteral("scripted failure"));
         QDomDocument response;
-        if (!response.setContent(reply->response))
-            throw std::logic_error("the script's response is not XML");
+        if (reply.isValid())
+            response.setContent(reply.toString());
         return response;
     }
 
     // Requests since the last call.
-    int takeCount()
-    {
-        const int count = int(requests.size()) - m_counted;
-        m_counted = int(requests.size());
-        return count;
-    }
+    int takeCount() { const int count = int(requests.size()); requests.clear(); return count; }
 
     QStringList requests;
 
 private:
-    struct Reply
-    {
-        QString response;
-        qint32 error;
-        bool silent;
-    };
-    QHash<QString, Reply> m_replies;
-    int m_counted = 0;
+    QHash<QString, QVariant> m_replies;
 };
 
-// Two providers; P1 has D1 (catalogs C1, C2) and D2 (no catalogs); P2 has no data sources.
-// C1 holds T1 and T2; T1 has the columns id and name.
+// Providers P1 and P2; P1 has D1 (catalogs C1, C2) and D2 (no catalogs); P2 has no data sources.
+// C1 holds T1 (columns id, name) and T2, and answers for V9, a table it does not list; C2 is
+// empty. Unlisted providers answer too: P3 with no data sources, P4 with D4.
 std::shared_ptr<ScriptedProxy> sampleService()
 {
     auto proxy = std::make_shared<ScriptedProxy>();
-    proxy->answer(navigation({}), names({ "P1", "P2" }));
-    proxy->answer(navigation("P1"), names({ "D1", "D2" }));
-    proxy->answer(navigation("P2"), names({}));
-    proxy->answer(navigation("P1", "D1"), names({ "C1", "C2" }));
-    proxy->answer(navigation("P1", "D2"), names({}));
-    proxy->answer(navigation("P1", "D1", "C1"), names({ "T1", "T2" }));
-    proxy->answer(navigation("P1", "D1", "C1", "T1"), names({ "id", "name" }));
+    const QHash<QString, QStringList> levels{
+        { "", { "P1", "P2" } }, { "P1", { "D1", "D2" } }, { "P2", {} }, { "P3", {} }, { "P4", { "D4" } },
+        { "P1/D1", { "C1", "C2" } }, { "P1/D2", {} },
+        { "P1/D1/C1", { "T1", "T2" } }, { "P1/D1/C2", {} },
+        { "P1/D1/C1/T1", { "id", "name" } }, { "P1/D1/C1/V9", { "when", "what", "who" } },
+    };
+    for (auto level = levels.cbegin(); level != levels.cend(); ++level)
+        proxy->script(navigation(level.key()), names(level.value()));
     return proxy;
 }
 
-QStringList keysOf(const std::shared_ptr<NameMap> &map)
+// The keys of a map in order, or "key=value" with values.
+QStringList entries(const std::shared_ptr<NameMap> &map, bool values = false)
 {
-    QStringList keys;
+    QStringList list;
     for (int i = 0; map && i < map->count(); ++i)
-        keys.append(map->key(i));
-    return keys;
-}
-
-QStringList pairsOf(const std::shared_ptr<NameMap> &map)
-{
-    QStringList pairs;
-    for (int i = 0; map && i < map->count(); ++i)
-        pairs.append(map->key(i) + '=' + map->item(i).toString());
-    return pairs;
+        list.append(values ? map->key(i) + '=' + map->item(i).toString() : map->key(i));
+    return list;
 }
 
 std::shared_ptr<dbInfo> sampleDatabase()
@@ -127,12 +116,38 @@ std::shared_ptr<dbInfo> sampleDatabase()
     return database;
 }
 
-QString keyValueRequest(const QString &fields, const QString &group)
+// The uncached query for the level below path: providers for "", columns for a table.
+TSAccessor::NameMapRef query(TSAccessor &accessor, const QString &path)
 {
-    return "<query><get><content>record<field>" + fields
-            + "</field></content><target><provider>SQLite</provider><dsn>Sample</dsn><catalog>main</catalog>"
-              "<table>regions</table></target><group>"
-            + group + "</group></get></query>";
+    const QStringList p = path.split('/', Qt::SkipEmptyParts);
+    switch (p.size()) {
+    case 0: return accessor.QueryProviders();
+    case 1: return accessor.QueryDSNs(p[0]);
+    case 2: return accessor.QueryCatalogs(p[0], p[1]);
+    case 3: return accessor.QueryTables(p[0], p[1], p[2]);
+    default: return accessor.QueryColumns(p[0], p[1], p[2], p[3]);
+    }
+}
+
+// The cached lookup of what path names.
+ObjectRef lookup(TSAccessor &accessor, const QString &path)
+{
+    const QStringList p = path.split('/');
+    switch (p.size()) {
+    case 1: return accessor.GetDSNsAt(p[0]);
+    case 2: return accessor.GetCatalogsAt(p[0], p[1]);
+    case 3: return accessor.GetTablesAt(p[0], p[1], p[2]);
+    default: return accessor.GetTableInfoAt(p[0], p[1], p[2], p[3]);
+    }
+}
+
+// What the cache below node holds at path.
+ObjectRef storedAt(std::shared_ptr<NameMap> node, const QString &path)
+{
+    const QStringList p = path.split('/');
+    for (int i = 0; node && i + 1 < p.size(); ++i)
+        node = node->object<NameMap>(p[i]);
+    return node ? NameMap::toObject(node->item(p.last())) : nullptr;
 }
 
 } // namespace
@@ -146,317 +161,202 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void navigationRequestsNameAllFourLevels_data();
-    void navigationRequestsNameAllFourLevels();
-    void keyValueRequestGroupsByBothColumnsAlways_data();
-    void keyValueRequestGroupsByBothColumnsAlways();
-    void nameListReadsNamedChildrenOfTheFirstResponse_data();
-    void nameListReadsNamedChildrenOfTheFirstResponse();
-    void keyValueListReadsRecordsByFieldName_data();
-    void keyValueListReadsRecordsByFieldName();
+    void navigationAsksOneLevelAndReadsTheFirstResponse_data();
+    void navigationAsksOneLevelAndReadsTheFirstResponse();
+    void keyValuesAreAskedGroupedAndReadByFieldName_data();
+    void keyValuesAreAskedGroupedAndReadByFieldName();
 
-    void structureWalkAsksOncePerProviderAndDataSource();
-    void emptyProviderListGivesEmptyRootAndNoFurtherRequests();
-    void dataSourceLookupTrustsAKnownProviderEvenWhenEmpty();
-    void tablesAreAskedOnFirstUseAfterTheWalk();
-    void tableNotInTheMapIsAddedWithItsColumns();
-    void withoutCacheEveryLevelIsAskedAgainAndEmptyAnswersOverwriteNothing();
-    void lookupsBeforeTheWalkAreRefused();
+    void walkAsksOncePerProviderAndDataSource();
+    void lookupsAskOnlyForWhatTheCacheLacks_data();
+    void lookupsAskOnlyForWhatTheCacheLacks();
+    void tableInfoHoldsTheColumnsOfItsTable();
 
-    void lastErrorFollowsTheLastRequestThatReachedTheService_data();
-    void lastErrorFollowsTheLastRequestThatReachedTheService();
-    void failureIsReportedOnceForNavigationTwiceForColumnsNeverForKeyValues_data();
-    void failureIsReportedOnceForNavigationTwiceForColumnsNeverForKeyValues();
-    void reportShowsTheErrorNumberInHexAndWhereTheRequestWent();
+    void failuresSetLastErrorAndAreReported_data();
+    void failuresSetLastErrorAndAreReported();
     void unsetProxyYieldsNothingAndShowsNothing();
 
 private:
-    std::unique_ptr<testui::RecordingScope> m_ui;
+    std::shared_ptr<testui::RecordingUiService> m_ui;
+    std::shared_ptr<ScriptedProxy> m_proxy;
+    std::unique_ptr<TSAccessor> m_accessor;
 };
 
 void tst_TSAccessor::init()
 {
-    m_ui = std::make_unique<testui::RecordingScope>();
+    m_ui = std::make_shared<testui::RecordingUiService>();
+    tessaly::UiService::setInstance(m_ui);
+    m_proxy = sampleService();
+    m_accessor = std::make_unique<TSAccessor>();
+    m_accessor->setTsProxy(m_proxy);
 }
 
 void tst_TSAccessor::cleanup()
 {
-    m_ui.reset();
+    tessaly::UiService::setInstance(nullptr);
     QVERIFY(QApplication::topLevelWidgets().isEmpty());
 }
 
-void tst_TSAccessor::navigationRequestsNameAllFourLevels_data()
+void tst_TSAccessor::navigationAsksOneLevelAndReadsTheFirstResponse_data()
 {
-    QTest::addColumn<int>("level");
-    QTest::addColumn<QString>("request");
-    QTest::newRow("providers") << 0
-                               << "<query><get><content>column</content><target><provider></provider><dsn></dsn>"
-                                  "<catalog></catalog><table></table></target></get></query>";
-    QTest::newRow("data sources") << 1
-                                  << "<query><get><content>column</content><target><provider>P</provider><dsn></dsn>"
-                                     "<catalog></catalog><table></table></target></get></query>";
-    QTest::newRow("catalogs") << 2
-                              << "<query><get><content>column</content><target><provider>P</provider><dsn>D</dsn>"
-                                 "<catalog></catalog><table></table></target></get></query>";
-    QTest::newRow("tables") << 3
-                            << "<query><get><content>column</content><target><provider>P</provider><dsn>D</dsn>"
-                               "<catalog>C</catalog><table></table></target></get></query>";
-    QTest::newRow("columns") << 4
-                             << "<query><get><content>column</content><target><provider>P</provider><dsn>D</dsn>"
-                                "<catalog>C</catalog><table>T</table></target></get></query>";
-}
-
-void tst_TSAccessor::navigationRequestsNameAllFourLevels()
-{
-    QFETCH(int, level);
-    QFETCH(QString, request);
-    auto proxy = std::make_shared<ScriptedProxy>();
-    proxy->answer(request, names({ "x" }));
-    TSAccessor accessor;
-    accessor.setTsProxy(proxy);
-    TSAccessor::NameMapRef result;
-    switch (level) {
-    case 0: result = accessor.QueryProviders(); break;
-    case 1: result = accessor.QueryDSNs("P"); break;
-    case 2: result = accessor.QueryCatalogs("P", "D"); break;
-    case 3: result = accessor.QueryTables("P", "D", "C"); break;
-    default: result = accessor.QueryColumns("P", "D", "C", "T"); break;
-    }
-    QCOMPARE(proxy->requests, QStringList{ canonical(request) });
-    QCOMPARE(keysOf(result), QStringList{ "x" });
-    QVERIFY(!result->item(0).isValid());
-}
-
-void tst_TSAccessor::keyValueRequestGroupsByBothColumnsAlways_data()
-{
-    QTest::addColumn<QString>("keyCol");
-    QTest::addColumn<QString>("valCol");
-    QTest::addColumn<QString>("request");
-    QTest::newRow("different columns") << "code" << "name" << keyValueRequest("code,name", "code,name");
-    QTest::newRow("one column: listed once, grouped twice") << "code" << "code" << keyValueRequest("code", "code,code");
-}
-
-void tst_TSAccessor::keyValueRequestGroupsByBothColumnsAlways()
-{
-    QFETCH(QString, keyCol);
-    QFETCH(QString, valCol);
-    QFETCH(QString, request);
-    auto proxy = std::make_shared<ScriptedProxy>();
-    proxy->answer(request, "<response><table/></response>");
-    TSAccessor accessor;
-    accessor.setTsProxy(proxy);
-    accessor.QueryKeyValueColumns(sampleDatabase(), "regions", keyCol, valCol);
-    QCOMPARE(proxy->requests, QStringList{ canonical(request) });
-}
-
-void tst_TSAccessor::nameListReadsNamedChildrenOfTheFirstResponse_data()
-{
+    QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("response");
-    QTest::addColumn<bool>("nothing");
     QTest::addColumn<QStringList>("keys");
-    QTest::newRow("in the order of the response")
-            << names({ "orders", "customers", "regions" }) << false << QStringList{ "orders", "customers", "regions" };
-    QTest::newRow("empty and missing names skipped")
-            << R"(<response><item name=""/><item name="a"/><item type="table"/><item name="b" type="view"/></response>)"
-            << false << QStringList{ "a", "b" };
-    QTest::newRow("comments and text between items ignored")
-            << "<response>\n  <!-- first --> <item name=\"a\"/>text<item name=\"b\"/>\n</response>" << false
-            << QStringList{ "a", "b" };
-    QTest::newRow("repeated name kept once where it first stood")
-            << names({ "a", "b", "a" }) << false << QStringList{ "a", "b" };
-    QTest::newRow("response found below other elements")
-            << R"(<envelope><item name="not this"/><body><response><item name="a"/></response></body></envelope>)"
-            << false << QStringList{ "a" };
-    QTest::newRow("first response in document order wins")
-            << R"(<r><response><item name="a"/></response><response><item name="b"/></response></r>)" << false
-            << QStringList{ "a" };
-    QTest::newRow("grandchildren are not items")
-            << R"(<response><group name="g"><item name="inner"/></group></response>)" << false
-            << QStringList{ "g" };
-    QTest::newRow("childless response gives an empty map") << "<response/>" << false << QStringList{};
-    QTest::newRow("no response element gives nothing") << "<answer><item name=\"a\"/></answer>" << true
-                                                        << QStringList{};
-    QTest::newRow("name compared case-sensitively") << "<Response><item name=\"a\"/></Response>" << true
-                                                    << QStringList{};
+    const auto row = [](const char *name, const QString &path, const QString &response, const QStringList &keys) {
+        QTest::newRow(name) << path << response << keys;
+    };
+    const QStringList cab{ "c", "a", "b" };
+    const QStringList nothing{ "(nothing)" };
+    row("providers, in the order of the response", "", names(cab), cab);
+    row("data sources", "P", names(cab), cab);
+    row("catalogs", "P/D", names(cab), cab);
+    row("tables", "P/D/C", names(cab), cab);
+    row("columns", "P/D/C/T", names(cab), cab);
+    row("empty and missing names skipped",
+        "", R"(<response><item name=""/><item name="a"/><item type="t"/><item name="b"/></response>)", { "a", "b" });
+    row("comments and text between items ignored",
+        "", "<response>\n <!-- first --> <item name=\"a\"/>text<item name=\"b\"/>\n</response>", { "a", "b" });
+    row("response found below other elements",
+        "", R"(<e><item name="no"/><body><response><item name="a"/></response></body></e>)", { "a" });
+    row("first response in document order wins",
+        "", R"(<r><response><item name="a"/></response><response><item name="b"/></response></r>)", { "a" });
+    row("grandchildren are not items", "", R"(<response><g name="g"><item name="i"/></g></response>)", { "g" });
+    row("childless response gives an empty map", "", "<response/>", {});
+    row("no response element gives nothing", "", "<answer><item name=\"a\"/></answer>", nothing);
+    row("element name compared case-sensitively", "", "<Response><item name=\"a\"/></Response>", nothing);
 }
 
-void tst_TSAccessor::nameListReadsNamedChildrenOfTheFirstResponse()
+void tst_TSAccessor::navigationAsksOneLevelAndReadsTheFirstResponse()
 {
+    QFETCH(QString, path);
     QFETCH(QString, response);
-    QFETCH(bool, nothing);
     QFETCH(QStringList, keys);
-    auto proxy = std::make_shared<ScriptedProxy>();
-    proxy->answer(navigation({}), response);
-    TSAccessor accessor;
-    accessor.setTsProxy(proxy);
-    const auto result = accessor.QueryProviders();
-    QCOMPARE(result == nullptr, nothing);
-    QCOMPARE(keysOf(result), keys);
-    QCOMPARE(accessor.LastError(), 0);
-    QVERIFY((*m_ui)->dialogs.isEmpty());
+    m_proxy->script(navigation(path), response);
+    const auto result = query(*m_accessor, path);
+    QCOMPARE(m_proxy->requests, QStringList{ canonical(navigation(path)) });
+    QCOMPARE(result ? entries(result) : QStringList{ "(nothing)" }, keys);
+    for (int i = 0; result && i < result->count(); ++i)
+        QVERIFY(!result->item(i).isValid());
+    QCOMPARE(m_accessor->LastError(), 0);
+    QVERIFY(m_ui->dialogs.isEmpty());
 }
 
-void tst_TSAccessor::keyValueListReadsRecordsByFieldName_data()
+void tst_TSAccessor::keyValuesAreAskedGroupedAndReadByFieldName_data()
 {
     QTest::addColumn<QString>("valCol");
     QTest::addColumn<QString>("records");
     QTest::addColumn<QStringList>("pairs");
-    const auto record = [](const QString &fields) { return "<record>" + fields + "</record>"; };
-    const auto field = [](const QString &name, const QString &value) {
-        return "<field name=\"" + name + "\">" + value + "</field>";
+    // Records written "name=value,name=value;...".
+    const auto row = [](const char *name, const QString &valCol, const QString &records, const QStringList &pairs) {
+        QString xml;
+        for (const QString &record : records.split(';')) {
+            xml += "<record>";
+            for (const QString &field : record.split(','))
+                xml += "<field name=\"" + field.section('=', 0, 0) + "\">" + field.section('=', 1) + "</field>";
+            xml += "</record>";
+        }
+        QTest::newRow(name) << valCol << xml << pairs;
     };
-    QTest::newRow("key and display text")
-            << "name" << record(field("code", "N") + field("name", "North")) + record(field("name", "South") + field("code", "S"))
-            << QStringList{ "N=North", "S=South" };
-    QTest::newRow("record with an empty key left out")
-            << "name" << record(field("code", "") + field("name", "Nowhere")) + record(field("code", "E") + field("name", "East"))
-            << QStringList{ "E=East" };
-    QTest::newRow("record without the key field left out")
-            << "name" << record(field("name", "Nowhere")) << QStringList{};
-    QTest::newRow("missing or empty display column shows the key")
-            << "name" << record(field("code", "W")) + record(field("code", "X") + field("name", ""))
-            << QStringList{ "W=W", "X=X" };
-    QTest::newRow("same column fills only the key")
-            << "code" << record(field("code", "N")) << QStringList{ "N=N" };
-    QTest::newRow("repeated key takes the last display text in its first place")
-            << "name" << record(field("code", "N") + field("name", "North")) + record(field("code", "S") + field("name", "South"))
-                    + record(field("code", "N") + field("name", "Nord"))
-            << QStringList{ "N=Nord", "S=South" };
-    QTest::newRow("later field of the same name overwrites")
-            << "name" << record(field("code", "N") + field("name", "North") + field("name", "Norte"))
-            << QStringList{ "N=Norte" };
-    QTest::newRow("unnamed and other fields ignored")
-            << "name" << record("<field>junk</field>" + field("other", "x") + field("code", "N") + field("name", "North"))
-            << QStringList{ "N=North" };
-    QTest::newRow("null display value shows the key")
-            << "name" << record(field("code", "N") + "<field name=\"name\" null=\"true\"/>") << QStringList{ "N=N" };
+    row("key and display text, in any field order", "name", "code=N,name=North;name=South,code=S",
+        { "N=North", "S=South" });
+    row("records without a key or with an empty one left out", "name", "name=Nowhere;code=,name=Void;code=E,name=East",
+        { "E=East" });
+    row("missing or empty display column shows the key", "name", "code=W;code=X,name=", { "W=W", "X=X" });
+    row("same column: listed once, grouped twice, fills only the key", "code", "code=N", { "N=N" });
+    row("repeated key takes the last display text in its first place", "name",
+        "code=N,name=North;code=S,name=South;code=N,name=Nord", { "N=Nord", "S=South" });
+    row("other fields ignored, a later one of the same name overwrites", "name",
+        "other=x,code=N,name=North,name=Norte", { "N=Norte" });
 }
 
-void tst_TSAccessor::keyValueListReadsRecordsByFieldName()
+void tst_TSAccessor::keyValuesAreAskedGroupedAndReadByFieldName()
 {
     QFETCH(QString, valCol);
     QFETCH(QString, records);
     QFETCH(QStringList, pairs);
-    const QString request = valCol == "code" ? keyValueRequest("code", "code,code") : keyValueRequest("code,name", "code,name");
-    auto proxy = std::make_shared<ScriptedProxy>();
-    proxy->answer(request, "<response><table>" + records + "</table><result rows=\"1\"/></response>");
-    TSAccessor accessor;
-    accessor.setTsProxy(proxy);
-    const auto result = accessor.QueryKeyValueColumns(sampleDatabase(), "regions", "code", valCol);
-    QVERIFY(result);
-    QCOMPARE(pairsOf(result), pairs);
+    // The group names both columns even when they are one.
+    const QString request = valCol == "code" ? keyValueRequest("code", "code,code")
+                                             : keyValueRequest("code,name", "code,name");
+    m_proxy->script(request, "<response><table>" + records + "</table><result rows=\"1\"/></response>");
+    const auto result = m_accessor->QueryKeyValueColumns(sampleDatabase(), "regions", "code", valCol);
+    QCOMPARE(m_proxy->requests, QStringList{ canonical(request) });
+    QCOMPARE(entries(result, true), pairs);
 }
 
-void tst_TSAccessor::structureWalkAsksOncePerProviderAndDataSource()
+void tst_TSAccessor::walkAsksOncePerProviderAndDataSource()
 {
-    auto proxy = sampleService();
-    TSAccessor accessor;
-    accessor.setTsProxy(proxy);
-
-    const auto root = accessor.GetDatabaseStructure();
-    // Providers, then P1, D1, D2, then P2: one for the list, one per provider, one per source.
-    QCOMPARE(proxy->takeCount(), 5);
-    QCOMPARE(keysOf(root), (QStringList{ "P1", "P2" }));
-    const auto p1 = root->object<NameMap>("P1");
-    QCOMPARE(keysOf(p1), (QStringList{ "D1", "D2" }));
-    const auto d1 = p1->object<NameMap>("D1");
-    QCOMPARE(keysOf(d1), (QStringList{ "C1", "C2" }));
-    QVERIFY(!d1->item("C1").isValid());
-    QVERIFY(!d1->item("C2").isValid());
-    // Empty lists are kept: the level is known to be empty.
-    QVERIFY(p1->object<NameMap>("D2") && p1->object<NameMap>("D2")->isEmpty());
-    QVERIFY(root->object<NameMap>("P2") && root->object<NameMap>("P2")->isEmpty());
-
-    QCOMPARE(accessor.GetDatabaseStructure(), root);
-    QCOMPARE(proxy->takeCount(), 0);
-
-    accessor.setUseCache(false);
-    QVERIFY(accessor.GetDatabaseStructure() != root);
-    QCOMPARE(proxy->takeCount(), 5);
-}
-
-void tst_TSAccessor::emptyProviderListGivesEmptyRootAndNoFurtherRequests()
-{
-    auto proxy = std::make_shared<ScriptedProxy>();
-    proxy->answer(navigation({}), "<response/>");
-    TSAccessor accessor;
-    accessor.setTsProxy(proxy);
-    const auto root = accessor.GetDatabaseStructure();
-    QVERIFY(root);
-    QVERIFY(root->isEmpty());
-    QCOMPARE(proxy->takeCount(), 1);
-}
-
-void tst_TSAccessor::dataSourceLookupTrustsAKnownProviderEvenWhenEmpty()
-{
-    auto proxy = sampleService();
-    proxy->answer(navigation("P3"), names({}));
-    proxy->answer(navigation("P4"), names({ "D4" }));
-    TSAccessor accessor;
-    accessor.setTsProxy(proxy);
-    const auto root = accessor.GetDatabaseStructure();
-    proxy->takeCount();
-
-    // P2 is in the cache with its (empty) list: found, so not asked.
-    QVERIFY(accessor.GetDSNsAt("P2")->isEmpty());
-    QCOMPARE(proxy->takeCount(), 0);
-
-    // P3 is unknown and its list is empty: nothing to store, so every call asks.
-    for (int i = 0; i < 2; ++i) {
-        const auto dsns = accessor.GetDSNsAt("P3");
-        QVERIFY(dsns && dsns->isEmpty());
-        QCOMPARE(proxy->takeCount(), 1);
+    try {
+        m_accessor->GetTablesAt("P1", "D1", "C1");
+        QFAIL("a lookup before the walk went through");
+    } catch (const tessaly::Error &error) {
+        QCOMPARE(error.number(), tessaly::ErrorNumber::ObjectNotSet);
     }
-    QVERIFY(!root->contains("P3"));
 
-    // P4 is unknown with a source: stored on first use, not asked again.
-    QCOMPARE(keysOf(accessor.GetDSNsAt("P4")), QStringList{ "D4" });
-    QCOMPARE(keysOf(accessor.GetDSNsAt("P4")), QStringList{ "D4" });
-    QCOMPARE(proxy->takeCount(), 1);
-    QCOMPARE(keysOf(root), (QStringList{ "P1", "P2", "P4" }));
+    const auto root = m_accessor->GetDatabaseStructure();
+    // The providers, then P1, D1, D2, then P2.
+    QCOMPARE(m_proxy->takeCount(), 5);
+    QCOMPARE(entries(root), (QStringList{ "P1", "P2" }));
+    const auto p1 = root->object<NameMap>("P1");
+    QCOMPARE(entries(p1), (QStringList{ "D1", "D2" }));
+    QCOMPARE(entries(p1->object<NameMap>("D1")), (QStringList{ "C1", "C2" }));
+    // An empty list is kept: the level is known to be empty.
+    QVERIFY(p1->object<NameMap>("D2") && p1->object<NameMap>("D2")->isEmpty());
+
+    QCOMPARE(m_accessor->GetDatabaseStructure(), root);
+    QCOMPARE(m_proxy->takeCount(), 0);
+    m_accessor->setUseCache(false);
+    QVERIFY(m_accessor->GetDatabaseStructure() != root);
+    QCOMPARE(m_proxy->takeCount(), 5);
+
+    m_proxy->script(navigation(""), "<response/>");
+    QVERIFY(m_accessor->GetDatabaseStructure()->isEmpty());
+    QCOMPARE(m_proxy->takeCount(), 1);
 }
 
-void tst_TSAccessor::tablesAreAskedOnFirstUseAfterTheWalk()
+void tst_TSAccessor::lookupsAskOnlyForWhatTheCacheLacks_data()
 {
-    auto proxy = sampleService();
-    proxy->answer(navigation("P1", "D1", "C2"), names({}));
-    TSAccessor accessor;
-    accessor.setTsProxy(proxy);
-    const auto root = accessor.GetDatabaseStructure();
-    proxy->takeCount();
-
-    // C1's key is in the cache since the walk, but with no tables yet.
-    const auto tables = accessor.GetTablesAt("P1", "D1", "C1");
-    QCOMPARE(keysOf(tables), (QStringList{ "T1", "T2" }));
-    QCOMPARE(proxy->requests.last(), canonical(navigation("P1", "D1", "C1")));
-    QCOMPARE(proxy->takeCount(), 1);
-    QCOMPARE(accessor.GetTablesAt("P1", "D1", "C1"), tables);
-    QCOMPARE(proxy->takeCount(), 0);
-    QCOMPARE(root->object<NameMap>("P1")->object<NameMap>("D1")->object<NameMap>("C1"), tables);
-
-    // An empty catalog stores nothing and is asked each time.
-    accessor.GetTablesAt("P1", "D1", "C2");
-    accessor.GetTablesAt("P1", "D1", "C2");
-    QCOMPARE(proxy->takeCount(), 2);
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<bool>("useCache");
+    QTest::addColumn<QList<int>>("asked"); // requests made by the first and by the second lookup
+    QTest::addColumn<bool>("stored");
+    const auto row = [](const char *name, const QString &path, bool useCache, QList<int> asked, bool stored) {
+        QTest::newRow(name) << path << useCache << asked << stored;
+    };
+    row("known provider without sources: not asked", "P2", true, { 0, 0 }, true);
+    row("unknown provider without sources: asked each time", "P3", true, { 1, 1 }, false);
+    row("unknown provider with a source: asked once", "P4", true, { 1, 0 }, true);
+    row("catalog listed by the walk: tables asked on first use", "P1/D1/C1", true, { 1, 0 }, true);
+    row("empty catalog: asked each time", "P1/D1/C2", true, { 1, 1 }, false);
+    row("table not listed: tables, then its columns, once", "P1/D1/C1/V9", true, { 2, 0 }, true);
+    row("no cache: sources, catalogs and tables asked again", "P1/D1/C1", false, { 3, 3 }, true);
+    row("no cache: and the columns", "P1/D1/C1/T1", false, { 4, 4 }, true);
+    row("no cache: an empty answer replaces nothing", "P2", false, { 1, 1 }, false);
 }
 
-void tst_TSAccessor::tableNotInTheMapIsAddedWithItsColumns()
+void tst_TSAccessor::lookupsAskOnlyForWhatTheCacheLacks()
 {
-    auto proxy = sampleService();
-    proxy->answer(navigation("P1", "D1", "C1", "V9"), names({ "when", "what", "who" }));
-    TSAccessor accessor;
-    accessor.setTsProxy(proxy);
-    accessor.GetDatabaseStructure();
-    const auto tables = accessor.GetTablesAt("P1", "D1", "C1");
-    proxy->takeCount();
+    QFETCH(QString, path);
+    QFETCH(bool, useCache);
+    QFETCH(QList<int>, asked);
+    QFETCH(bool, stored);
+    const auto root = m_accessor->GetDatabaseStructure();
+    m_proxy->takeCount();
+    m_accessor->setUseCache(useCache);
 
-    const auto table = accessor.GetTableInfoAt("P1", "D1", "C1", "V9");
+    QVERIFY(lookup(*m_accessor, path));
+    QCOMPARE(m_proxy->takeCount(), asked[0]);
+    const ObjectRef result = lookup(*m_accessor, path);
+    QCOMPARE(m_proxy->takeCount(), asked[1]);
+    QVERIFY(result);
+    QCOMPARE(storedAt(root, path) == result, stored);
+}
+
+void tst_TSAccessor::tableInfoHoldsTheColumnsOfItsTable()
+{
+    m_accessor->GetDatabaseStructure();
+    const auto table = m_accessor->GetTableInfoAt("P1", "D1", "C1", "V9");
     QVERIFY(table);
-    QCOMPARE(proxy->takeCount(), 1);
     QCOMPARE(table->tableName(), "V9");
-    QCOMPARE(keysOf(tables), (QStringList{ "T1", "T2", "V9" }));
-    QCOMPARE(tables->object<TableInfo>("V9"), table);
-    QCOMPARE(keysOf(table->columns()), (QStringList{ "when", "what", "who" }));
+    QCOMPARE(entries(table->columns()), (QStringList{ "when", "what", "who" }));
     for (int i = 0; i < table->columns()->count(); ++i) {
         const auto column = table->columns()->objectAt<ColumnInfo>(i);
         QVERIFY(column);
@@ -465,183 +365,89 @@ void tst_TSAccessor::tableNotInTheMapIsAddedWithItsColumns()
         QCOMPARE(column->express(), table->columns()->key(i));
         QCOMPARE(column->alias(), QString());
     }
-
-    QCOMPARE(accessor.GetTableInfoAt("P1", "D1", "C1", "V9"), table);
-    QCOMPARE(proxy->takeCount(), 0);
 }
 
-void tst_TSAccessor::withoutCacheEveryLevelIsAskedAgainAndEmptyAnswersOverwriteNothing()
+void tst_TSAccessor::failuresSetLastErrorAndAreReported_data()
 {
-    auto proxy = sampleService();
-    TSAccessor accessor;
-    accessor.setTsProxy(proxy);
-    const auto root = accessor.GetDatabaseStructure();
-    const auto p1 = root->object<NameMap>("P1");
-    accessor.GetTablesAt("P1", "D1", "C1");
-    const auto t1 = accessor.GetTableInfoAt("P1", "D1", "C1", "T1");
-    QVERIFY(t1);
-    proxy->takeCount();
-
-    accessor.setUseCache(false);
-    proxy->answer(navigation("P1", "D1", "C1"), names({ "T1", "T2", "T3" }));
-    const auto fresh = accessor.GetTablesAt("P1", "D1", "C1");
-    // Data sources, catalogs and tables are all asked again and replace what was stored.
-    QCOMPARE(proxy->takeCount(), 3);
-    QCOMPARE(keysOf(fresh), (QStringList{ "T1", "T2", "T3" }));
-    QVERIFY(root->object<NameMap>("P1") != p1);
-    QCOMPARE(root->object<NameMap>("P1")->object<NameMap>("D1")->object<NameMap>("C1"), fresh);
-
-    const auto t1Again = accessor.GetTableInfoAt("P1", "D1", "C1", "T1");
-    QCOMPARE(proxy->takeCount(), 4);
-    QVERIFY(t1Again && t1Again != t1);
-    QCOMPARE(root->object<NameMap>("P1")->object<NameMap>("D1")->object<NameMap>("C1")->object<TableInfo>("T1"),
-             t1Again);
-
-    // An empty answer is returned but stored nowhere.
-    const auto stored = root->object<NameMap>("P1");
-    proxy->answer(navigation("P1"), names({}));
-    const auto empty = accessor.GetDSNsAt("P1");
-    QVERIFY(empty && empty->isEmpty());
-    QCOMPARE(root->object<NameMap>("P1"), stored);
-    QCOMPARE(keysOf(stored), (QStringList{ "D1", "D2" }));
-}
-
-void tst_TSAccessor::lookupsBeforeTheWalkAreRefused()
-{
-    TSAccessor accessor;
-    accessor.setTsProxy(sampleService());
-    try {
-        accessor.GetTablesAt("P1", "D1", "C1");
-        QFAIL("a lookup without a cache went through");
-    } catch (const tessaly::Error &error) {
-        QCOMPARE(error.number(), tessaly::ErrorNumber::ObjectNotSet);
-    }
-}
-
-void tst_TSAccessor::lastErrorFollowsTheLastRequestThatReachedTheService_data()
-{
-    QTest::addColumn<QString>("provider");
-    QTest::addColumn<QString>("response");   // "!" raises 0x80045003, "-" gives no answer
+    QTest::addColumn<QString>("operation");
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QVariant>("reply");
     QTest::addColumn<qint32>("lastError");
     QTest::addColumn<int>("dialogs");
     QTest::addColumn<int>("requests");
+    const auto row = [](const char *name, const QString &operation, const QString &path, const QVariant &reply,
+                        qint32 lastError, int dialogs, int requests) {
+        QTest::newRow(name) << operation << path << reply << lastError << dialogs << requests;
+    };
+    // LastError follows the last request that reached the service; before each row the
+    // providers failed with 0x80045002.
     const qint32 earlier = qint32(0x80045002);
-    QTest::newRow("raised error") << "P" << "!" << qint32(0x80045003) << 1 << 1;
-    QTest::newRow("success clears it") << "P" << names({ "D" }) << 0 << 0 << 1;
-    QTest::newRow("no response element still reached the service") << "P" << "<other/>" << 0 << 0 << 1;
-    QTest::newRow("no answer leaves it and shows it again") << "P" << "-" << earlier << 1 << 1;
-    QTest::newRow("unparsable request leaves it and shows it again") << "P&Q" << names({}) << earlier << 1 << 0;
-    QTest::newRow("markup in a name is not escaped") << "P</provider>" << names({}) << earlier << 1 << 0;
+    const qint32 failed = qint32(0x80045009);
+    row("success clears it", "query", "P", names({ "D" }), 0, 0, 1);
+    row("no response element still reached the service", "query", "P", "<other/>", 0, 0, 1);
+    row("no answer leaves it and shows it again", "query", "P", QVariant(), earlier, 1, 1);
+    row("name unescaped, request unparsable: shown again", "query", "P&Q", names({}), earlier, 1, 0);
+    // Reported once for navigation, twice for columns, never for key values.
+    row("QueryTables", "query", "P1/D1/C1", failed, failed, 1, 1);
+    row("GetTablesAt", "lookup", "P1/D1/C2", failed, failed, 1, 1);
+    row("QueryColumns", "query", "P1/D1/C1/T2", failed, failed, 2, 1);
+    row("GetTableInfoAt", "lookup", "P1/D1/C1/T2", failed, failed, 2, 1);
+    row("QueryKeyValueColumns", "key values", "", failed, failed, 0, 1);
 }
 
-void tst_TSAccessor::lastErrorFollowsTheLastRequestThatReachedTheService()
+void tst_TSAccessor::failuresSetLastErrorAndAreReported()
 {
-    QFETCH(QString, provider);
-    QFETCH(QString, response);
+    QFETCH(QString, operation);
+    QFETCH(QString, path);
+    QFETCH(QVariant, reply);
     QFETCH(qint32, lastError);
     QFETCH(int, dialogs);
     QFETCH(int, requests);
-    auto proxy = std::make_shared<ScriptedProxy>();
-    proxy->fail(navigation({}), qint32(0x80045002));
-    if (response == "!")
-        proxy->fail(navigation("P"), qint32(0x80045003));
-    else if (response == "-")
-        proxy->silence(navigation("P"));
-    else
-        proxy->answer(navigation("P"), response);
-    TSAccessor accessor;
-    accessor.setTsProxy(proxy);
-    QCOMPARE(accessor.QueryProviders(), nullptr);
-    QCOMPARE(accessor.LastError(), qint32(0x80045002));
-    (*m_ui)->dialogs.clear();
-    proxy->takeCount();
+    m_accessor->GetDatabaseStructure();
+    m_accessor->GetTablesAt("P1", "D1", "C1");
+    m_proxy->script(navigation(""), qint32(0x80045002));
+    QCOMPARE(m_accessor->QueryProviders(), nullptr);
+    QCOMPARE(m_accessor->LastError(), qint32(0x80045002));
+    m_ui->dialogs.clear();
+    m_proxy->takeCount();
+    m_proxy->script(operation == "key values" ? keyValueRequest("code,name", "code,name") : navigation(path), reply);
 
-    accessor.QueryDSNs(provider);
-    QCOMPARE(accessor.LastError(), lastError);
-    QCOMPARE((*m_ui)->dialogs.size(), dialogs);
-    QCOMPARE(proxy->takeCount(), requests);
-    if (dialogs > 0)
-        QCOMPARE((*m_ui)->dialogs.first().texts.value("ErrorCodeText"), tessaly::Error::hexNumber(lastError));
-}
-
-void tst_TSAccessor::failureIsReportedOnceForNavigationTwiceForColumnsNeverForKeyValues_data()
-{
-    QTest::addColumn<QString>("operation");
-    QTest::addColumn<int>("dialogs");
-    QTest::newRow("QueryTables") << "QueryTables" << 1;
-    QTest::newRow("GetTablesAt") << "GetTablesAt" << 1;
-    QTest::newRow("QueryColumns") << "QueryColumns" << 2;
-    QTest::newRow("GetTableInfoAt") << "GetTableInfoAt" << 2;
-    QTest::newRow("QueryKeyValueColumns") << "QueryKeyValueColumns" << 0;
-}
-
-void tst_TSAccessor::failureIsReportedOnceForNavigationTwiceForColumnsNeverForKeyValues()
-{
-    QFETCH(QString, operation);
-    QFETCH(int, dialogs);
-    auto proxy = sampleService();
-    TSAccessor accessor;
-    accessor.setTsProxy(proxy);
-    accessor.GetDatabaseStructure();
-    accessor.GetTablesAt("P1", "D1", "C1");
-    proxy->fail(navigation("P1", "D1", "C1"), qint32(0x80045009));
-    proxy->fail(navigation("P1", "D1", "C2"), qint32(0x80045009));
-    proxy->fail(navigation("P1", "D1", "C1", "T2"), qint32(0x80045009));
-    proxy->fail(keyValueRequest("code,name", "code,name"), qint32(0x80045009));
-    QVERIFY((*m_ui)->dialogs.isEmpty());
-
-    if (operation == "QueryTables") {
-        QCOMPARE(accessor.QueryTables("P1", "D1", "C1"), nullptr);
-    } else if (operation == "GetTablesAt") {
-        QCOMPARE(accessor.GetTablesAt("P1", "D1", "C2"), nullptr);
-    } else if (operation == "QueryColumns") {
-        QCOMPARE(accessor.QueryColumns("P1", "D1", "C1", "T2"), nullptr);
-    } else if (operation == "GetTableInfoAt") {
-        QCOMPARE(accessor.GetTableInfoAt("P1", "D1", "C1", "T2"), nullptr);
-    } else {
-        const auto pairs = accessor.QueryKeyValueColumns(sampleDatabase(), "regions", "code", "name");
+    if (operation == "key values") {
+        const auto pairs = m_accessor->QueryKeyValueColumns(sampleDatabase(), "regions", "code", "name");
         QVERIFY(pairs && pairs->isEmpty());
+    } else {
+        const ObjectRef result = operation == "query" ? query(*m_accessor, path) : lookup(*m_accessor, path);
+        QVERIFY(dialogs == 0 || !result);
     }
-    QCOMPARE(accessor.LastError(), qint32(0x80045009));
-    QCOMPARE((*m_ui)->dialogs.size(), dialogs);
-}
-
-void tst_TSAccessor::reportShowsTheErrorNumberInHexAndWhereTheRequestWent()
-{
-    auto proxy = std::make_shared<ScriptedProxy>();
-    proxy->fail(navigation("SQLite", "Sample", "main", "orders"), -2147467259);
-    TSAccessor accessor;
-    accessor.setTsProxy(proxy);
-    accessor.QueryColumns("SQLite", "Sample", "main", "orders");
-    QCOMPARE((*m_ui)->dialogs.size(), 2);
-    const testui::DialogSeen seen = (*m_ui)->dialogs.first();
-    QCOMPARE(seen.objectName, "WizDBErrorDialog");
-    QCOMPARE(seen.title, "Database error");
-    QCOMPARE(seen.texts.value("Label"), "Failed to get informations from database.");
-    QCOMPARE(seen.texts.value("ErrorCodeText"), "80004005");
-    QCOMPARE(seen.texts.value("ProviderText"), "SQLite");
-    QCOMPARE(seen.texts.value("DSNText"), "Sample");
-    QCOMPARE(seen.texts.value("CatalogText"), "main");
-    QCOMPARE(seen.texts.value("TableText"), "orders");
+    QCOMPARE(m_accessor->LastError(), lastError);
+    QCOMPARE(m_proxy->takeCount(), requests);
+    QCOMPARE(m_ui->dialogs.size(), dialogs);
+    // Each report names the error in hex and where the request went.
+    const QStringList where = path.split('/');
+    for (const testui::DialogSeen &seen : m_ui->dialogs) {
+        QCOMPARE(seen.objectName, "WizDBErrorDialog");
+        QCOMPARE((QStringList{ seen.texts.value("ProviderText"), seen.texts.value("DSNText"),
+                               seen.texts.value("CatalogText"), seen.texts.value("TableText"),
+                               seen.texts.value("ErrorCodeText") }),
+                 (QStringList{ where.value(0), where.value(1), where.value(2), where.value(3),
+                               tessaly::Error::hexNumber(lastError) }));
+    }
 }
 
 void tst_TSAccessor::unsetProxyYieldsNothingAndShowsNothing()
 {
-    auto proxy = std::make_shared<ScriptedProxy>();
-    proxy->fail(navigation({}), qint32(0x80045009));
-    TSAccessor accessor;
-    accessor.setTsProxy(proxy);
-    accessor.QueryProviders();
-    (*m_ui)->dialogs.clear();
+    m_proxy->script(navigation(""), qint32(0x80045009));
+    m_accessor->QueryProviders();
+    m_ui->dialogs.clear();
 
-    accessor.setTsProxy(nullptr);
-    QCOMPARE(accessor.GetDatabaseStructure(), nullptr);
-    QCOMPARE(accessor.QueryProviders(), nullptr);
-    QCOMPARE(accessor.QueryColumns("P", "D", "C", "T"), nullptr);
-    QCOMPARE(accessor.QueryKeyValueColumns(sampleDatabase(), "regions", "code", "name"), nullptr);
-    QCOMPARE(accessor.LastError(), qint32(0x80045009));
-    QVERIFY((*m_ui)->dialogs.isEmpty());
-    QCOMPARE(proxy->requests.size(), 1);
+    m_accessor->setTsProxy(nullptr);
+    QCOMPARE(m_accessor->GetDatabaseStructure(), nullptr);
+    QCOMPARE(m_accessor->QueryProviders(), nullptr);
+    QCOMPARE(m_accessor->QueryColumns("P", "D", "C", "T"), nullptr);
+    QCOMPARE(m_accessor->QueryKeyValueColumns(sampleDatabase(), "regions", "code", "name"), nullptr);
+    QCOMPARE(m_accessor->LastError(), qint32(0x80045009));
+    QVERIFY(m_ui->dialogs.isEmpty());
+    QCOMPARE(m_proxy->requests.size(), 1);
 }
 
 QTEST_MAIN(tst_TSAccessor)
