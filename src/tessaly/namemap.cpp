@@ -54,11 +54,11 @@ void NameMap::set(const QString &key, const QVariant &value)
 {
     const auto it = m_index.constFind(key);
     if (it != m_index.cend()) {
-        m_entries[*it].value = value;
+        m_entries[*it].setValue(value);
         return;
     }
     m_index.insert(key, int(m_entries.size()));
-    m_entries.append({ key, value });
+    m_entries.append(Entry(key, value));
 }
 
 void NameMap::setObject(const QString &key, const ObjectRef &object)
@@ -110,7 +110,7 @@ std::shared_ptr<NameMap> NameMap::copy() const
     result->m_entries.reserve(m_entries.size());
     for (const Entry &entry : m_entries) {
         const ObjectRef object = toObject(entry.value);
-        result->m_entries.append({ entry.key, object ? fromObject(object->zetVariable_Copy()) : entry.value });
+        result->m_entries.append(Entry(entry.key, object ? fromObject(object->zetVariable_Copy()) : entry.value));
     }
     result->m_index = m_index;
     return result;

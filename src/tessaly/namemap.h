@@ -46,7 +46,7 @@ public:
     T *peekAt(int index) const
     {
         static_assert(std::is_final_v<T>, "an exact type check stands in for a cast only for final classes");
-        zetVariable *object = peek(m_entries.at(index).value);
+        zetVariable *object = m_entries.at(index).object;
         return object && typeid(*object) == typeid(T) ? static_cast<T *>(object) : nullptr;
     }
 
@@ -65,8 +65,16 @@ public:
 private:
     struct Entry
     {
+        Entry(const QString &key, const QVariant &value) : key(key), value(value), object(peek(value)) { }
+        void setValue(const QVariant &newValue)
+        {
+            value = newValue;
+            object = peek(value);
+        }
+
         QString key;
         QVariant value;
+        zetVariable *object; // the object value holds, if any: scans need no QVariant calls
     };
     void checkIndex(int index) const;
     static zetVariable *peek(const QVariant &value);
