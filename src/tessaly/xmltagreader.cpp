@@ -7,6 +7,9 @@
 namespace tessaly {
 
 namespace {
+// Records and maps read themselves recursively; a hostile file must not nest them until the
+// stack runs out. Real definitions nest about a dozen levels.
+constexpr qsizetype maximumDepth = 512;
 const QString escapedAttribute = QStringLiteral("escaped");
 const QString trueText = QStringLiteral("true");
 } // namespace
@@ -45,6 +48,8 @@ void XmlTagReader::readNextToken()
 
 void XmlTagReader::enterPending()
 {
+    if (m_open.size() >= maximumDepth)
+        failAt(m_pending, QStringLiteral("elements are nested more than %1 levels deep").arg(maximumDepth));
     m_open.append(std::move(m_pending));
     m_hasPending = false;
     m_atEndOfCurrent = false;

@@ -144,6 +144,9 @@ void tst_XmlTagStream::malformedInputNamesLineAndColumn_data()
     QTest::newRow("elements where a text belongs") << QByteArray("<NameMap><Text key=\"a\"><b/></Text></NameMap>")
                                                    << "src:1:" << "<Text>";
     QTest::newRow("garbage after the root") << QByteArray("<NameMap/><NameMap/>") << "src:1:" << "";
+    QTest::newRow("nesting deep enough to exhaust the stack")
+            << QByteArray("<NameMap>") + QByteArray("<Object key=\"a\"><NameMap>").repeated(100000)
+            << "src:1:" << "nested more than";
 }
 
 void tst_XmlTagStream::malformedInputNamesLineAndColumn()
