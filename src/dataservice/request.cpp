@@ -5,6 +5,7 @@
 #include <tessaly/error.h>
 
 #include <QDomDocument>
+#include <QXmlStreamReader>
 
 namespace dataservice {
 
@@ -130,8 +131,28 @@ Request::Level Request::level() const
     return Level::Columns;
 }
 
+// A request is four levels deep. QDom builds and frees its tree recursively, so a hostile
+// request nested a few hundred thousand levels would exhaust the stack: refuse it first.
+static void checkNesting(const QByteArray &xml)
+{
+    constexpr int maximumDepth = 32;
+    QXmlStreamReader reader(xml);
+    int depth = 0;
+    while (!reader.atEnd()) {
+        const QXmlStreamReader::TokenType token = reader.readNext();
+        if (token == QXmlStreamReader::EndElement)
+            --depth;
+        else if (token == QXmlStreamReader::StartElement && ++depth > maximumDepth)
+            malformed(QStringLiteral("elements are nested more than %1 levels deep at line %2, column %3")
+                              .arg(maximumDepth)
+                              .arg(reader.lineNumber())
+                              .arg(reader.columnNumber()));
+    }
+}
+
 Request Request::parse(const QByteArray &xml)
 {
+    checkNesting(xml);
     QDomDocument document;
     QString message;
     int line = 0;

@@ -98,6 +98,9 @@ void TestRequestParts::malformedRequestsNameWhatIsWrong_data()
         << "-1";
     QTest::newRow("unknown element")
         << QByteArray("<query><get><content>column</content><target/><having>x</having></get></query>") << "<having>";
+    QTest::newRow("nesting deep enough to exhaust the stack")
+        << QByteArray("<query><get><content>column</content><target/>") + QByteArray("<x>").repeated(200000)
+        << "nested";
 }
 
 void TestRequestParts::malformedRequestsNameWhatIsWrong()
