@@ -57,6 +57,16 @@ bool ComponentSession::applyAssignments(const QStringList &assignments)
     return true;
 }
 
+bool ComponentSession::loadAndBuild(const QString &document, const QStringList &assignments,
+                                    std::optional<QString> *request, QString *missing)
+{
+    load(document);
+    if (!applyAssignments(assignments))
+        return false;
+    *request = currentRequest(missing);
+    return true;
+}
+
 std::optional<QString> ComponentSession::currentRequest(QString *missing)
 {
     m_host->setSlotValue(QStringLiteral("UpdateRequest"), true);

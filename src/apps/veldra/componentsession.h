@@ -29,6 +29,11 @@ public:
     // Asks the model for a fresh request; its text, or nothing with the reason in *missing.
     std::optional<QString> currentRequest(QString *missing);
 
+    // What request and run share: loads DOC, writes the assignments and asks for a fresh
+    // request. False (said on standard error) for a malformed assignment.
+    bool loadAndBuild(const QString &document, const QStringList &assignments,
+                      std::optional<QString> *request, QString *missing);
+
     std::shared_ptr<veldra::SQLInfo> definition();
     tessaly::ModelHost &host() { return *m_host; }
 

@@ -42,6 +42,12 @@ std::optional<int> parseCommandLine(QCommandLineParser &parser, const QStringLis
     return std::nullopt;
 }
 
+int reportNoRequest(const QString &command, const QString &document, const QString &missing)
+{
+    err() << "veldra " << command << ": " << document << " yields no request: " << missing << Qt::endl;
+    return exitcode::noResult;
+}
+
 namespace {
 
 const Command commands[] = {

@@ -29,17 +29,14 @@ int runRequest(const QStringList &arguments)
     const QString document = parser.positionalArguments().constFirst();
 
     ComponentSession session;
-    session.load(document);
-    if (!session.applyAssignments(parser.values(set)))
-        return exitcode::badInput;
+    std::optional<QString> request;
     QString missing;
-    const std::optional<QString> request = session.currentRequest(&missing);
+    if (!session.loadAndBuild(document, parser.values(set), &request, &missing))
+        return exitcode::badInput;
     if (parser.isSet(save))
         session.save(parser.value(save));
-    if (!request) {
-        err() << "veldra request: " << document << " yields no request: " << missing << Qt::endl;
-        return exitcode::noResult;
-    }
+    if (!request)
+        return reportNoRequest(QStringLiteral("request"), document, missing);
     out() << *request << '\n';
     return exitcode::ok;
 }

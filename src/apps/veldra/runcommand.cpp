@@ -55,15 +55,12 @@ int runRun(const QStringList &arguments)
     const QString document = parser.positionalArguments().constFirst();
 
     ComponentSession session;
-    session.load(document);
-    if (!session.applyAssignments(parser.values(set)))
-        return exitcode::badInput;
+    std::optional<QString> request;
     QString missing;
-    const std::optional<QString> request = session.currentRequest(&missing);
-    if (!request) {
-        err() << "veldra run: " << document << " yields no request: " << missing << Qt::endl;
-        return exitcode::noResult;
-    }
+    if (!session.loadAndBuild(document, parser.values(set), &request, &missing))
+        return exitcode::badInput;
+    if (!request)
+        return reportNoRequest(QStringLiteral("run"), document, missing);
 
     QByteArray response;
     try {
