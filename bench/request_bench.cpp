@@ -89,6 +89,23 @@ void BM_RebuildThroughSlotWrite(benchmark::State &state)
     }
 }
 
+// The same build when nothing can be reused, as after any change to the definition.
+void BM_BuildFromScratch(benchmark::State &state)
+{
+    HostedModel hosted;
+    const auto query = tessaly::objectCast<SQLInfo>(
+            tessaly::variant::heldObject(hosted.host->slotValue(QStringLiteral("SQLInfo"))));
+    tessaly::NameMap values;
+    for (int p = 1; p <= 5; ++p)
+        values.setText(QStringLiteral("@@@P%1").arg(p), QStringLiteral("'value %1'").arg(p));
+    RequestInputs inputs;
+    inputs.query = query.get();
+    inputs.selection = typicalSelection();
+    inputs.parameters = &values;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(RequestBuilder(inputs).build());
+}
+
 // Handing the finished text on: a copy of its characters.
 void BM_CopyRequestText(benchmark::State &state)
 {
@@ -158,6 +175,7 @@ void BM_IndexOfPass(benchmark::State &state)
 } // namespace
 
 BENCHMARK(BM_RebuildThroughSlotWrite);
+BENCHMARK(BM_BuildFromScratch);
 BENCHMARK(BM_CopyRequestText);
 BENCHMARK(BM_ConditionBlock)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_IndexOfPass)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
@@ -174,6 +192,8 @@ int main(int argc, char **argv)
     std::printf("\nRatios (best CPU time)\n");
     SummaryReporter::printRatio("rebuild / copy of request text", reporter.best("BM_RebuildThroughSlotWrite"),
                                 reporter.best("BM_CopyRequestText"), 50.0);
+    SummaryReporter::printRatio("build from scratch / copy", reporter.best("BM_BuildFromScratch"),
+                                reporter.best("BM_CopyRequestText"), 0.0);
     SummaryReporter::printRatio("1 MiB condition / indexOf pass", reporter.best("BM_ConditionBlock/1"),
                                 reporter.best("BM_IndexOfPass/1"), 10.0);
     SummaryReporter::printRatio("2 MiB condition / indexOf pass", reporter.best("BM_ConditionBlock/2"),

@@ -46,6 +46,10 @@ public:
             return;
         }
         const double ratio = numerator / denominator;
+        if (target <= 0) { // a figure without a target, shown beside the others
+            std::printf("  %-34s %8.2f\n", what.c_str(), ratio);
+            return;
+        }
         std::printf("  %-34s %8.2f   target <= %.1f  %s\n", what.c_str(), ratio, target, ratio <= target ? "ok" : "MISSED");
     }
 

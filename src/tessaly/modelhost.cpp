@@ -80,7 +80,14 @@ void ModelHost::reportSlotChanged(const QString &name)
 
 void ModelHost::reportChangeCode(int code)
 {
-    m_reports.append(u'#' + QString::number(code));
+    // Codes are reported on every write; the usual ones are spelled once.
+    static const QStringList spelled = [] {
+        QStringList codes;
+        for (int code = 0; code < 32; ++code)
+            codes.append(u'#' + QString::number(code));
+        return codes;
+    }();
+    m_reports.append(code >= 0 && code < spelled.size() ? spelled.at(code) : u'#' + QString::number(code));
 }
 
 } // namespace tessaly

@@ -2,34 +2,49 @@
 
 #include "tessaly/namemap.h"
 #include "veldra/component/parameterreference.h"
+#include "veldra/component/textwriter.h"
 #include "veldra/records/sqlinfo.h"
+#include "veldra/records/tableinfo.h"
+
+#include <string_view>
 
 namespace veldra {
 
 namespace {
 
-// An item after the first is preceded by ","; so an empty first item adds nothing, a later one a lone ",".
-void join(QString &text, const QString &item)
+// Writes open, what fill writes (escaped), and close; or nothing at all when fill writes nothing.
+template<typename Fill>
+void appendElement(TextWriter &out, QStringView open, QStringView close, Fill fill)
 {
-    if (text.isEmpty()) {
-        text = item;
-    } else {
-        text += u',';
-        text += item;
+    const qsizetype mark = out.size();
+    out << open;
+    const qsizetype valueStart = out.size();
+    fill();
+    if (out.size() == valueStart) {
+        out.truncate(mark);
+        return;
     }
+    out.escapeFrom(valueStart);
+    out << close;
 }
 
-QString wrap(QStringView open, const QString &value, QStringView close)
+// Items of a list joined by ",": an item after the first is preceded by ",", so an empty first
+// item adds nothing and a later one a lone ",".
+class ListWriter
 {
-    if (value.isEmpty())
-        return {};
-    QString result;
-    result.reserve(open.size() + value.size() + close.size());
-    result += open;
-    result += value;
-    result += close;
-    return result;
-}
+public:
+    explicit ListWriter(TextWriter &out) : m_out(out), m_start(out.size()) { }
+    TextWriter &next()
+    {
+        if (m_out.size() != m_start)
+            m_out << u',';
+        return m_out;
+    }
+
+private:
+    TextWriter &m_out;
+    qsizetype m_start;
+};
 
 QStringView trimBlanks(QStringView text)
 {
@@ -39,39 +54,69 @@ QStringView trimBlanks(QStringView text)
         ++begin;
     while (end > begin && text.at(end - 1) == u' ')
         --end;
-    return text.mid(begin, end - begin);
+    return text.sliced(begin, end - begin);
 }
 
-QString direction(bool ascending)
+// The newest revision among the definition and everything in it that the request's blocks other
+// than the condition read. A block that starts reading more must be added here.
+quint64 newestRevision(const SQLInfo &query)
 {
-    return ascending ? QStringLiteral(" ASC") : QStringLiteral(" DESC");
+    quint64 newest = query.revision();
+    const auto note = [&newest](quint64 revision) { newest = qMax(newest, revision); };
+    const auto noteColumns = [&note](const tessaly::NameMap *columns) {
+        if (!columns)
+            return;
+        note(columns->revision());
+        for (int i = 0; i < columns->count(); ++i) {
+            if (const ColumnInfo *column = columns->peekAt<ColumnInfo>(i))
+                note(column->revision());
+        }
+    };
+    if (const auto &database = query.dbInfo())
+        note(database->revision());
+    if (const auto &tables = query.tables()) {
+        note(tables->revision());
+        for (int i = 0; i < tables->count(); ++i) {
+            if (const TableInfo *table = tables->peekAt<TableInfo>(i)) {
+                note(table->revision());
+                noteColumns(table->columns().get());
+            }
+        }
+    }
+    noteColumns(query.expressions().get());
+    if (const auto &orderBy = query.orderBy()) {
+        note(orderBy->revision());
+        for (const auto &order : *orderBy) {
+            if (order)
+                note(order->revision());
+        }
+    }
+    if (const auto &groupBy = query.groupBy())
+        note(groupBy->revision());
+    return newest;
+}
+
+QStringView direction(bool ascending)
+{
+    return ascending ? QStringView(u" ASC") : QStringView(u" DESC");
 }
 
 } // namespace
 
 QString RequestBuilder::escape(const QString &text)
 {
-    const QChar *data = text.constData();
-    const qsizetype size = text.size();
-    auto isSpecial = [](QChar c) { return c == u'<' || c == u'>' || c == u'&'; };
-    qsizetype next = 0;
-    while (next < size && !isSpecial(data[next]))
-        ++next;
-    if (next == size)
+    if (TextWriter::findSpecial(QStringView(text).utf16(), 0, text.size()) == text.size())
         return text;
-    QString out;
-    out.reserve(size + size / 8 + 8);
-    qsizetype runStart = 0;
-    for (; next < size; ++next) {
-        const QChar c = data[next];
-        if (!isSpecial(c))
-            continue;
-        out.append(data + runStart, next - runStart);
-        out += c == u'<' ? QStringView(u"&lt;") : c == u'>' ? QStringView(u"&gt;") : QStringView(u"&amp;");
-        runStart = next + 1;
-    }
-    out.append(data + runStart, size - runStart);
-    return out;
+    TextWriter out;
+    out.text(text);
+    return out.toString();
+}
+
+QString RequestBuilder::block(Append append) const
+{
+    TextWriter out;
+    (this->*append)(out);
+    return out.toString();
 }
 
 template<typename Visit>
@@ -79,154 +124,208 @@ void RequestBuilder::forEachSelectedName(Visit visit) const
 {
     if (m_in.selection.isEmpty())
         return;
-    const QStringView selection(m_in.selection);
-    qsizetype start = 0;
+    // The names are short: an inline search beats a call per comma.
+    const std::u16string_view selection(
+        QStringView(m_in.selection).utf16(), std::size_t(m_in.selection.size()));
+    std::size_t start = 0;
     for (;;) {
-        const qsizetype comma = selection.indexOf(u',', start);
-        visit(trimBlanks(selection.mid(start, (comma < 0 ? selection.size() : comma) - start)));
-        if (comma < 0)
+        const std::size_t comma = selection.find(u',', start);
+        const std::size_t end = comma == selection.npos ? selection.size() : comma;
+        visit(trimBlanks(QStringView(selection.data() + start, qsizetype(end - start))));
+        if (comma == selection.npos)
             return;
         start = comma + 1;
     }
 }
 
-QString RequestBuilder::contentBlock() const
+void RequestBuilder::appendContent(TextWriter &out) const
 {
-    QString fields;
-    fields.reserve(m_in.selection.size() * 3);
-    forEachSelectedName([&](QStringView name) {
-        const auto column = m_in.query->getColumnInfoFromDispName(name);
-        if (!column)
-            return;
-        if (!fields.isEmpty())
-            fields += u',';
-        column->appendSelectionName(fields);
-        // An empty alias differs too: the item then ends in a blank, which the service accepts.
-        if (!column->hasSelectionName(column->alias())) {
-            fields += u' ';
-            fields += column->alias();
-        }
+    appendElement(out, u"<content>record<field>", u"</field></content>", [&] {
+        ListWriter fields(out);
+        forEachSelectedName([&](QStringView name) {
+            const ColumnInfo *column = m_in.query->peekColumnInfoFromDispName(name);
+            if (!column)
+                return;
+            appendSelectionName(fields.next(), *column);
+            // An empty alias differs too: the item then ends in a blank, which the service accepts.
+            if (!column->hasSelectionName(column->alias()))
+                out << u' ' << column->alias();
+        });
     });
-    return wrap(u"<content>record<field>", escape(fields), u"</field></content>");
+}
+
+void RequestBuilder::appendSelectionName(TextWriter &out, const ColumnInfo &column)
+{
+    if (column.columnType() == ColumnInfo::TableColumn)
+        out << column.table() << u'.';
+    out << column.express();
+}
+
+void RequestBuilder::appendTableNames(TextWriter &out) const
+{
+    const auto &tables = m_in.query->tables();
+    if (!tables)
+        return;
+    ListWriter names(out);
+    for (int i = 0; i < tables->count(); ++i)
+        names.next() << tables->key(i);
 }
 
 QString RequestBuilder::tableNames() const
 {
     QString names;
     const auto &tables = m_in.query->tables();
-    if (!tables)
-        return names;
-    for (int i = 0; i < tables->count(); ++i)
-        join(names, tables->key(i));
+    for (int i = 0; tables && i < tables->count(); ++i) {
+        if (!names.isEmpty())
+            names += u',';
+        names += tables->key(i);
+    }
     return names;
 }
 
-QString RequestBuilder::targetBlock() const
+void RequestBuilder::appendTarget(TextWriter &out) const
 {
     const auto &database = m_in.query->dbInfo();
-    if (!database || database->provider().isEmpty() || database->dsn().isEmpty() || database->catalog().isEmpty())
-        return {};
-    const QString tables = tableNames();
-    if (tables.isEmpty())
-        return {};
-    QString target;
-    target.reserve(96 + database->provider().size() + database->dsn().size() + database->catalog().size() + tables.size());
-    target += QStringView(u"<target><provider>");
-    target += escape(database->provider());
-    target += QStringView(u"</provider><dsn>");
-    target += escape(database->dsn());
-    target += QStringView(u"</dsn><catalog>");
-    target += escape(database->catalog());
-    target += QStringView(u"</catalog><table>");
-    target += escape(tables);
-    target += QStringView(u"</table></target>");
-    return target;
+    if (!database || database->provider().isEmpty() || database->dsn().isEmpty()
+        || database->catalog().isEmpty())
+        return;
+    const qsizetype mark = out.size();
+    out << u"<target><provider>";
+    out.text(database->provider()) << u"</provider><dsn>";
+    out.text(database->dsn()) << u"</dsn><catalog>";
+    out.text(database->catalog()) << u"</catalog><table>";
+    const qsizetype tablesStart = out.size();
+    appendTableNames(out);
+    if (out.size() == tablesStart) {
+        out.truncate(mark);
+        return;
+    }
+    out.escapeFrom(tablesStart);
+    out << u"</table></target>";
 }
 
-QString RequestBuilder::conditionBlock() const
+void RequestBuilder::appendCondition(TextWriter &out) const
 {
     const QString &condition = m_in.query->condition();
-    if (condition.isEmpty())
-        return {};
-    QString out;
-    out.reserve(condition.size());
-    QVariant value;
-    const QStringView rest = parameterreference::scan(condition, [&](QStringView before, QStringView reference) {
-        out += before;
-        // An unknown reference vanishes; a value goes in exactly as stored, quotes and all.
-        if (m_in.parameters && m_in.parameters->lookup(reference.toString(), &value))
-            out += value.toString();
+    out.reserve(out.size() + condition.size() + 32);
+    appendElement(out, u"<condition>", u"</condition>", [&] {
+        QVariant value;
+        const QStringView rest
+            = parameterreference::scan(condition, [&](QStringView before, QStringView reference) {
+                  out << before;
+                  // An unknown reference vanishes; a value goes in exactly as stored, quotes and
+                  // all. The key borrows the condition's characters: a lookup per reference, no
+                  // copy.
+                  if (m_in.parameters
+                      && m_in.parameters->lookup(
+                          QString::fromRawData(reference.data(), reference.size()), &value))
+                      out << value.toString();
+              });
+        out << rest;
     });
-    out += rest;
-    return wrap(u"<condition>", escape(out), u"</condition>");
 }
 
-QString RequestBuilder::groupBlock() const
+void RequestBuilder::appendGroup(TextWriter &out) const
 {
     if (!m_in.query->useGroupBy())
-        return {};
-    QString list;
-    const auto groupBy = m_in.query->groupBy();
-    if (groupBy && groupBy->count() > 0) {
-        for (const QString &item : *groupBy)
-            join(list, item);
-    } else {
+        return;
+    appendElement(out, u"<group>", u"</group>", [&] {
+        ListWriter list(out);
+        const auto &groupBy = m_in.query->groupBy();
+        if (groupBy && groupBy->count() > 0) {
+            for (const QString &item : *groupBy)
+                list.next() << item;
+            return;
+        }
         forEachSelectedName([&](QStringView name) {
-            const auto column = m_in.query->getColumnInfoFromDispName(name);
+            const ColumnInfo *column = m_in.query->peekColumnInfoFromDispName(name);
             if (column && column->columnType() == ColumnInfo::TableColumn)
-                join(list, column->GetSelectionName());
+                appendSelectionName(list.next(), *column);
         });
-    }
-    return wrap(u"<group>", escape(list), u"</group>");
+    });
 }
 
-QString RequestBuilder::orderBlock() const
+void RequestBuilder::appendOrder(TextWriter &out) const
 {
     if (!m_in.query->useOrderBy())
-        return {};
-    QString list;
-    if (!m_in.query->orderByAsParam()) {
-        if (const auto orderBy = m_in.query->orderBy()) {
+        return;
+    appendElement(out, u"<order>", u"</order>", [&] {
+        if (m_in.query->orderByAsParam()) {
+            if (!m_in.orderBy.isEmpty())
+                out << m_in.orderBy << direction(m_in.orderByAscendant);
+            return;
+        }
+        ListWriter list(out);
+        if (const auto &orderBy = m_in.query->orderBy()) {
             for (const auto &order : *orderBy) {
                 if (order)
-                    join(list, order->column() + direction(order->ascendant()));
+                    list.next() << order->column() << direction(order->ascendant());
             }
         }
-    } else if (!m_in.orderBy.isEmpty()) {
-        list = m_in.orderBy + direction(m_in.orderByAscendant);
-    }
-    return wrap(u"<order>", escape(list), u"</order>");
+    });
 }
 
-QString RequestBuilder::rowCountBlock() const
+void RequestBuilder::appendRowCount(TextWriter &out) const
 {
     if (m_in.query->topN() <= 0)
-        return {};
+        return;
     const qint32 count = m_in.query->topNAsParam() ? m_in.topN : m_in.query->topN();
-    return QStringLiteral("<rowcount>") + QString::number(count) + QStringLiteral("</rowcount>");
+    out << u"<rowcount>" << QString::number(count) << u"</rowcount>";
 }
 
 std::optional<QString> RequestBuilder::build() const
 {
+    Cache cache;
+    return build(cache);
+}
+
+std::optional<QString> RequestBuilder::build(Cache &cache) const
+{
     if (!m_in.query)
         return std::nullopt;
-    const QString content = contentBlock();
-    if (content.isEmpty())
+    const quint64 revision = newestRevision(*m_in.query);
+    if (!holds(cache, revision))
+        fill(cache, revision);
+    if (!cache.complete)
         return std::nullopt;
-    const QString target = targetBlock();
-    if (target.isEmpty())
-        return std::nullopt;
-    const QString blocks[] = { content, target, conditionBlock(), groupBlock(), orderBlock(), rowCountBlock() };
-    qsizetype size = 32;
-    for (const QString &block : blocks)
-        size += block.size();
-    QString request;
-    request.reserve(size);
-    request += QStringView(u"<query><get>");
-    for (const QString &block : blocks)
-        request += block;
-    request += QStringView(u"</get></query>");
-    return request;
+    TextWriter request;
+    request.reserve(cache.head.size() + m_in.query->condition().size() + cache.tail.size() + 64);
+    request << cache.head;
+    appendCondition(request);
+    request << cache.tail;
+    return request.toString();
+}
+
+bool RequestBuilder::holds(const Cache &cache, quint64 revision) const
+{
+    return cache.query == m_in.query && cache.revision == revision
+        && cache.selection == m_in.selection && cache.topN == m_in.topN
+        && cache.orderBy == m_in.orderBy && cache.orderByAscendant == m_in.orderByAscendant;
+}
+
+void RequestBuilder::fill(Cache &cache, quint64 revision) const
+{
+    cache.query = nullptr; // stays unusable if a block throws
+    TextWriter head;
+    head << u"<query><get>";
+    const qsizetype contentStart = head.size();
+    appendContent(head);
+    const qsizetype targetStart = head.size();
+    appendTarget(head);
+    cache.complete = targetStart > contentStart && head.size() > targetStart;
+    TextWriter tail;
+    appendGroup(tail);
+    appendOrder(tail);
+    appendRowCount(tail);
+    tail << u"</get></query>";
+    cache.head = head.toString();
+    cache.tail = tail.toString();
+    cache.query = m_in.query;
+    cache.revision = revision;
+    cache.selection = m_in.selection;
+    cache.topN = m_in.topN;
+    cache.orderBy = m_in.orderBy;
+    cache.orderByAscendant = m_in.orderByAscendant;
 }
 
 QString RequestBuilder::missingPiece() const
@@ -235,9 +334,10 @@ QString RequestBuilder::missingPiece() const
         return QStringLiteral("no query definition");
     if (contentBlock().isEmpty())
         return m_in.selection.isEmpty()
-                ? QStringLiteral("no fields: the \"selection\" slot is empty")
-                : QStringLiteral("no fields: no name in the \"selection\" slot is a column or expression of the query");
-    const auto database = m_in.query->dbInfo();
+            ? QStringLiteral("no fields: the \"selection\" slot is empty")
+            : QStringLiteral("no fields: no name in the \"selection\" slot is a column or "
+                             "expression of the query");
+    const auto &database = m_in.query->dbInfo();
     if (!database || database->provider().isEmpty())
         return QStringLiteral("no provider");
     if (database->dsn().isEmpty())

@@ -11,14 +11,16 @@ class NameMap;
 
 namespace veldra {
 
+class ColumnInfo;
 class SQLInfo;
+class TextWriter;
 
 // What the model reads when it builds its request: the definition and the current values of
-// its slots. Nothing is cached; every build reads them afresh.
+// its slots.
 struct RequestInputs
 {
     const SQLInfo *query = nullptr;
-    QString selection;                        // display names joined by ","
+    QString selection; // display names joined by ","
     const tessaly::NameMap *parameters = nullptr; // reference -> current value text
     qint32 topN = 0;
     QString orderBy;
@@ -26,29 +28,67 @@ struct RequestInputs
 };
 
 // Turns a query definition and the component's current values into the XML request for the
-// data service: "<query><get>" content, target, condition, group, order, row count "</get></query>".
+// data service: "<query><get>" content, target, condition, group, order, row count
+// "</get></query>".
 class RequestBuilder
 {
 public:
+    // What a build derives from everything but the condition, kept by the caller between builds:
+    // a keystroke in a parameter input changes the condition only. It is used again while the
+    // definition's newest revision and the slot values it came from are unchanged.
+    class Cache
+    {
+        friend class RequestBuilder;
+
+        const SQLInfo *query = nullptr;
+        quint64 revision = 0;
+        QString selection;
+        qint32 topN = 0;
+        QString orderBy;
+        bool orderByAscendant = true;
+
+        bool complete = false; // there are fields and a target
+        QString head; // "<query><get>", content and target
+        QString tail; // group, order, row count and "</get></query>"
+    };
+
     explicit RequestBuilder(const RequestInputs &inputs) : m_in(inputs) { }
 
     // The request text, or nothing when the definition has no fields or no complete target.
     std::optional<QString> build() const;
+    std::optional<QString> build(Cache &cache) const;
     // Why build() yields nothing ("no fields", "no provider", ...); empty when it yields a request.
     QString missingPiece() const;
 
-    QString contentBlock() const;
-    QString targetBlock() const;
-    QString conditionBlock() const;
-    QString groupBlock() const;
-    QString orderBlock() const;
-    QString rowCountBlock() const;
+    // Each block alone, as build() writes it; empty when the request leaves it out.
+    QString contentBlock() const { return block(&RequestBuilder::appendContent); }
+    QString targetBlock() const { return block(&RequestBuilder::appendTarget); }
+    QString conditionBlock() const { return block(&RequestBuilder::appendCondition); }
+    QString groupBlock() const { return block(&RequestBuilder::appendGroup); }
+    QString orderBlock() const { return block(&RequestBuilder::appendOrder); }
+    QString rowCountBlock() const { return block(&RequestBuilder::appendRowCount); }
     QString tableNames() const;
 
     // "<", ">" and "&" as entities; nothing else changes.
     static QString escape(const QString &text);
 
 private:
+    // build() writes every block straight into the one request buffer: a rebuild runs on every
+    // keystroke in a parameter input, and intermediate strings were most of its cost.
+    using Append = void (RequestBuilder::*)(TextWriter &out) const;
+    QString block(Append append) const;
+    void appendContent(TextWriter &out) const;
+    void appendTarget(TextWriter &out) const;
+    void appendCondition(TextWriter &out) const;
+    void appendGroup(TextWriter &out) const;
+    void appendOrder(TextWriter &out) const;
+    void appendRowCount(TextWriter &out) const;
+    void appendTableNames(TextWriter &out) const;
+    static void appendSelectionName(TextWriter &out, const ColumnInfo &column);
+
+    bool holds(const Cache &cache, quint64 revision) const;
+    void fill(Cache &cache, quint64 revision) const;
+
     // Calls visit(name) for each trimmed name of the selection slot, without copying it.
     template<typename Visit>
     void forEachSelectedName(Visit visit) const;

@@ -21,7 +21,7 @@ namespace {
 
 struct FixedSlot
 {
-    const char16_t *name;
+    QStringView name;
     StringId description;
     int changeCode;
 };
@@ -45,7 +45,7 @@ const QString &slotName(int slot)
     static const auto names = [] {
         std::array<QString, std::size(fixedSlots)> result;
         for (std::size_t i = 0; i < result.size(); ++i)
-            result[i] = QString::fromUtf16(fixedSlots[i].name);
+            result[i] = fixedSlots[i].name.toString();
         return result;
     }();
     return names[std::size_t(slot)];
@@ -78,7 +78,7 @@ TsyParamConditionModel::~TsyParamConditionModel() = default;
 int TsyParamConditionModel::fixedSlot(const QString &name)
 {
     for (int slot = 0; slot < SlotCount; ++slot) {
-        if (name == slotName(slot))
+        if (name.size() == fixedSlots[slot].name.size() && name == fixedSlots[slot].name)
             return slot;
     }
     return -1;
@@ -267,7 +267,7 @@ void TsyParamConditionModel::rebuildRequest()
 {
     std::optional<QString> text;
     try {
-        text = RequestBuilder(requestInputs()).build();
+        text = RequestBuilder(requestInputs()).build(m_requestCache);
     } catch (const tessaly::Error &) {
         return; // the last good request stays published
     }

@@ -18,25 +18,9 @@ QString ColumnInfo::GetSelectionName() const
     return m_express;
 }
 
-bool ColumnInfo::hasSelectionName(QStringView name) const
-{
-    if (m_columnType != TableColumn)
-        return name == m_express;
-    return name.size() == m_table.size() + 1 + m_express.size() && name.startsWith(m_table)
-            && name.at(m_table.size()) == u'.' && name.endsWith(m_express);
-}
-
-void ColumnInfo::appendSelectionName(QString &text) const
-{
-    if (m_columnType == TableColumn) {
-        text += m_table;
-        text += u'.';
-    }
-    text += m_express;
-}
-
 bool ColumnInfo::zetVariable_Read(tessaly::TagStream &stream)
 {
+    touch();
     return recordio::readRecord(stream, element, [&](const QString &child) {
         if (child == u"alias")
             stream.ReadValue(m_alias);

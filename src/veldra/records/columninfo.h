@@ -15,20 +15,32 @@ public:
     static constexpr qint32 Expression = 2;
 
     const QString &table() const { return m_table; }
-    void setTable(const QString &table) { m_table = table; }
+    void setTable(const QString &table) { assign(m_table, table); }
     qint32 columnType() const { return m_columnType; }
-    void setColumnType(qint32 columnType) { m_columnType = columnType; }
+    void setColumnType(qint32 columnType) { assign(m_columnType, columnType); }
     const QString &alias() const { return m_alias; }
-    void setAlias(const QString &alias) { m_alias = alias; }
+    void setAlias(const QString &alias) { assign(m_alias, alias); }
     const QString &express() const { return m_express; }
-    void setExpress(const QString &express) { m_express = express; }
+    void setExpress(const QString &express) { assign(m_express, express); }
 
     // How the item is selected in a statement: "table.column" for a column, the expression
     // text otherwise. Nothing is quoted.
     QString GetSelectionName() const;
     // Whether name equals GetSelectionName(), without building it.
-    bool hasSelectionName(QStringView name) const;
-    void appendSelectionName(QString &text) const;
+    bool hasSelectionName(QStringView name) const
+    {
+        if (m_columnType != TableColumn)
+            return sameText(name, m_express);
+        // The column part first: within a table, it is what tells names apart.
+        const qsizetype dot = m_table.size();
+        return name.size() == dot + 1 + m_express.size() && name.at(dot) == u'.'
+                && sameText(name.sliced(dot + 1), m_express) && sameText(name.first(dot), m_table);
+    }
+    // Equality tested cheapest first: names in one table often share a length and a prefix.
+    static bool sameText(QStringView a, QStringView b)
+    {
+        return a.size() == b.size() && (a.isEmpty() || (a.back() == b.back() && a == b));
+    }
 
     std::shared_ptr<ColumnInfo> copy() const { return std::make_shared<ColumnInfo>(*this); }
 

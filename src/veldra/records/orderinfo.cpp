@@ -13,6 +13,7 @@ const QString element = QStringLiteral("OrderInfo");
 
 bool OrderInfo::zetVariable_Read(tessaly::TagStream &stream)
 {
+    touch();
     return recordio::readRecord(stream, element, [&](const QString &child) {
         if (child == u"column")
             stream.ReadValue(m_column);

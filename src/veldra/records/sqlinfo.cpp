@@ -32,18 +32,19 @@ std::shared_ptr<List> appendedCopy(const std::shared_ptr<List> &source)
 
 bool matchesDisplayName(const ColumnInfo &column, QStringView dispName)
 {
-    return column.alias() == dispName || column.hasSelectionName(dispName);
+    return ColumnInfo::sameText(column.alias(), dispName) || column.hasSelectionName(dispName);
 }
 
-// The first column of a map, in map order, whose alias or selection name is dispName.
-std::shared_ptr<ColumnInfo> findColumn(const tessaly::NameMap &columns, QStringView dispName)
+// The position in a map, in map order, of the first column whose alias or selection name is
+// dispName, or -1.
+int findColumn(const tessaly::NameMap &columns, QStringView dispName)
 {
     for (int i = 0; i < columns.count(); ++i) {
         const ColumnInfo *column = columns.peekAt<ColumnInfo>(i);
         if (column && matchesDisplayName(*column, dispName))
-            return columns.objectAt<ColumnInfo>(i);
+            return i;
     }
-    return nullptr;
+    return -1;
 }
 
 } // namespace
@@ -110,20 +111,34 @@ std::shared_ptr<ColumnInfo> SQLInfo::getColumnInfo(const QString &selname) const
     return result;
 }
 
-std::shared_ptr<ColumnInfo> SQLInfo::getColumnInfoFromDispName(QStringView dispName) const
+SQLInfo::ColumnPlace SQLInfo::placeOfDispName(QStringView dispName) const
 {
     if (m_tables) {
         for (int i = 0; i < m_tables->count(); ++i) {
             const TableInfo *table = m_tables->peekAt<TableInfo>(i);
             if (!table || !table->columns())
                 continue;
-            if (auto column = findColumn(*table->columns(), dispName))
-                return column;
+            if (const int index = findColumn(*table->columns(), dispName); index >= 0)
+                return { table->columns().get(), index };
         }
     }
-    if (m_expressions)
-        return findColumn(*m_expressions, dispName);
-    return nullptr;
+    if (m_expressions) {
+        if (const int index = findColumn(*m_expressions, dispName); index >= 0)
+            return { m_expressions.get(), index };
+    }
+    return {};
+}
+
+std::shared_ptr<ColumnInfo> SQLInfo::getColumnInfoFromDispName(QStringView dispName) const
+{
+    const ColumnPlace place = placeOfDispName(dispName);
+    return place.map ? place.map->objectAt<ColumnInfo>(place.index) : nullptr;
+}
+
+const ColumnInfo *SQLInfo::peekColumnInfoFromDispName(QStringView dispName) const
+{
+    const ColumnPlace place = placeOfDispName(dispName);
+    return place.map ? place.map->peekAt<ColumnInfo>(place.index) : nullptr;
 }
 
 QString SQLInfo::getFieldAlias(const QString &expr) const
@@ -204,6 +219,7 @@ static void ensure(std::shared_ptr<T> &member)
 
 bool SQLInfo::zetVariable_Read(tessaly::TagStream &stream)
 {
+    touch();
     return recordio::readRecord(stream, element, [&](const QString &child) {
         if (child == u"dbInfo") {
             recordio::readObject(stream, m_dbInfo);

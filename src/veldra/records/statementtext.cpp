@@ -35,7 +35,7 @@ void appendSelections(Lines &out, const SQLInfo &query, const StringList &select
 {
     for (int position = 1; position <= selections.count(); ++position) {
         const QString &selection = selections.item(position);
-        const auto column = query.getColumnInfoFromDispName(selection);
+        const auto column = query.peekColumnInfoFromDispName(selection);
         if (!column)
             continue;
         QString text = selection;
@@ -65,7 +65,7 @@ void appendGrouping(Lines &out, const SQLInfo &query, const StringList &selectio
         return;
     }
     for (int position = 1; position <= selections.count(); ++position) {
-        const auto column = query.getColumnInfoFromDispName(selections.item(position));
+        const auto column = query.peekColumnInfoFromDispName(selections.item(position));
         if (column && column->columnType() == ColumnInfo::TableColumn)
             out.indented(column->GetSelectionName(), position < selections.count());
     }

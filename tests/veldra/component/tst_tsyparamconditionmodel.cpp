@@ -166,6 +166,12 @@ void tst_TsyParamConditionModel::parameterWriteRebuildsUnknownNameGoesToDefaultM
     QVERIFY(c.requestText().contains("<condition>code = 'SW'</condition>"));
     QCOMPARE(c.get("@@@A").toString(), "'SW'");
 
+    // The definition is shared with whoever edits it: an edit in place shows at the next keystroke.
+    const auto query = tessaly::objectCast<SQLInfo>(tessaly::variant::heldObject(c.get("SQLInfo")));
+    query->tables()->object<TableInfo>("regions")->columns()->object<ColumnInfo>("name")->setExpress("label");
+    c.set("@@@A", "'NE'");
+    QVERIFY(c.requestText().contains("<field>regions.label Region</field>"));
+
     c.host->clearReports();
     c.set("@@@C", "'ignored'"); // a parameter of the definition, but not referenced: no slot
     QVERIFY(c.host->reports().isEmpty());
