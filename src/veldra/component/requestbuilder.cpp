@@ -6,8 +6,6 @@
 #include "veldra/records/sqlinfo.h"
 #include "veldra/records/tableinfo.h"
 
-#include <string_view>
-
 namespace veldra {
 
 namespace {
@@ -124,15 +122,12 @@ void RequestBuilder::forEachSelectedName(Visit visit) const
 {
     if (m_in.selection.isEmpty())
         return;
-    // The names are short: an inline search beats a call per comma.
-    const std::u16string_view selection(
-        QStringView(m_in.selection).utf16(), std::size_t(m_in.selection.size()));
-    std::size_t start = 0;
+    const QStringView selection(m_in.selection);
+    qsizetype start = 0;
     for (;;) {
-        const std::size_t comma = selection.find(u',', start);
-        const std::size_t end = comma == selection.npos ? selection.size() : comma;
-        visit(trimBlanks(QStringView(selection.data() + start, qsizetype(end - start))));
-        if (comma == selection.npos)
+        const qsizetype comma = selection.indexOf(u',', start);
+        visit(trimBlanks(selection.sliced(start, (comma < 0 ? selection.size() : comma) - start)));
+        if (comma < 0)
             return;
         start = comma + 1;
     }
@@ -161,28 +156,6 @@ void RequestBuilder::appendSelectionName(TextWriter &out, const ColumnInfo &colu
     out << column.express();
 }
 
-void RequestBuilder::appendTableNames(TextWriter &out) const
-{
-    const auto &tables = m_in.query->tables();
-    if (!tables)
-        return;
-    ListWriter names(out);
-    for (int i = 0; i < tables->count(); ++i)
-        names.next() << tables->key(i);
-}
-
-QString RequestBuilder::tableNames() const
-{
-    QString names;
-    const auto &tables = m_in.query->tables();
-    for (int i = 0; tables && i < tables->count(); ++i) {
-        if (!names.isEmpty())
-            names += u',';
-        names += tables->key(i);
-    }
-    return names;
-}
-
 void RequestBuilder::appendTarget(TextWriter &out) const
 {
     const auto &database = m_in.query->dbInfo();
@@ -195,7 +168,7 @@ void RequestBuilder::appendTarget(TextWriter &out) const
     out.text(database->dsn()) << u"</dsn><catalog>";
     out.text(database->catalog()) << u"</catalog><table>";
     const qsizetype tablesStart = out.size();
-    appendTableNames(out);
+    out << m_in.query->getTableNames();
     if (out.size() == tablesStart) {
         out.truncate(mark);
         return;
@@ -344,7 +317,7 @@ QString RequestBuilder::missingPiece() const
         return QStringLiteral("no data source");
     if (database->catalog().isEmpty())
         return QStringLiteral("no catalog");
-    if (tableNames().isEmpty())
+    if (m_in.query->getTableNames().isEmpty())
         return QStringLiteral("no table");
     return {};
 }

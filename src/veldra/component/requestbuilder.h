@@ -67,7 +67,6 @@ public:
     QString groupBlock() const { return block(&RequestBuilder::appendGroup); }
     QString orderBlock() const { return block(&RequestBuilder::appendOrder); }
     QString rowCountBlock() const { return block(&RequestBuilder::appendRowCount); }
-    QString tableNames() const;
 
     // "<", ">" and "&" as entities; nothing else changes.
     static QString escape(const QString &text);
@@ -83,7 +82,6 @@ private:
     void appendGroup(TextWriter &out) const;
     void appendOrder(TextWriter &out) const;
     void appendRowCount(TextWriter &out) const;
-    void appendTableNames(TextWriter &out) const;
     static void appendSelectionName(TextWriter &out, const ColumnInfo &column);
 
     bool holds(const Cache &cache, quint64 revision) const;

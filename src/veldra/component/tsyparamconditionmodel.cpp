@@ -417,7 +417,7 @@ QString TsyParamConditionModel::createTarget() const
 
 QString TsyParamConditionModel::getTableNames() const
 {
-    return m_definition ? RequestBuilder(requestInputs()).tableNames() : QString();
+    return m_definition ? m_definition->getTableNames() : QString();
 }
 
 QString TsyParamConditionModel::missingRequestPiece() const
