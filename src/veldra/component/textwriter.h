@@ -3,71 +3,56 @@
 #include <QString>
 #include <QStringView>
 
-#include <algorithm>
-#include <memory>
-#include <string>
-
 namespace veldra {
 
-// The request as it is written. A rebuild runs on every keystroke in a parameter input; as calls
-// to QString::append, its hundred-odd small pieces cost more than everything else together, so
-// they are copied inline into a buffer that holds a typical request without allocating.
-// (QVarLengthArray would do, but its append is a call per piece.)
+// The request as it is written: markup as it stands, text escaped a whole element at a time
+// (one scan per element rather than one per piece of it).
 class TextWriter
 {
 public:
-    TextWriter() = default;
-    TextWriter(const TextWriter &) = delete;
-    TextWriter &operator=(const TextWriter &) = delete;
-
-    qsizetype size() const { return m_size; }
-    void truncate(qsizetype size) { m_size = qMin(size, m_size); }
-    void reserve(qsizetype capacity)
-    {
-        if (capacity > m_capacity)
-            grow(capacity - m_size);
-    }
-    QString toString() const { return QString::fromUtf16(m_data, m_size); }
+    qsizetype size() const { return m_text.size(); }
+    void truncate(qsizetype size) { m_text.truncate(size); }
+    void reserve(qsizetype capacity) { m_text.reserve(capacity); }
+    QString toString() const { return m_text; }
 
     // Markup, as it stands.
     TextWriter &operator<<(QStringView markup)
     {
-        put(markup.utf16(), markup.size());
+        m_text += markup;
         return *this;
     }
     TextWriter &operator<<(char16_t c)
     {
-        put(&c, 1);
+        m_text += QChar(c);
         return *this;
     }
 
     // Text, with "<", ">" and "&" as entities.
     TextWriter &text(QStringView text)
     {
-        const qsizetype from = m_size;
+        const qsizetype from = m_text.size();
         *this << text;
         escapeFrom(from);
         return *this;
     }
 
-    // Puts "<", ">" and "&" as entities into what was written from position from on. Escaping
-    // a whole element at once costs a single pass, where escaping each piece cost a pass apiece.
+    // Puts "<", ">" and "&" as entities into what was written from position from on.
     void escapeFrom(qsizetype from)
     {
-        const qsizetype first = findSpecial(m_data, from, m_size);
-        if (first == m_size)
+        const qsizetype first = findSpecial(QStringView(m_text).utf16(), from, m_text.size());
+        if (first == m_text.size())
             return;
-        const std::u16string rest(m_data + first, std::size_t(m_size - first));
-        m_size = first;
-        const char16_t *data = rest.data();
-        const qsizetype size = qsizetype(rest.size());
+        const QString rest = m_text.sliced(first);
+        m_text.truncate(first);
+        const char16_t *data = QStringView(rest).utf16();
+        const qsizetype size = rest.size();
         qsizetype runStart = 0;
         for (qsizetype at = 0; at < size; at = findSpecial(data, at + 1, size)) {
-            put(data + runStart, at - runStart);
-            *this << entity(data[at]);
+            m_text += QStringView(data + runStart, at - runStart);
+            m_text += entity(data[at]);
             runStart = at + 1;
         }
-        put(data + runStart, size - runStart);
+        m_text += QStringView(data + runStart, size - runStart);
     }
 
     // Position of the first "<", ">" or "&" at or after from, or size.
@@ -106,30 +91,7 @@ private:
                                : QStringView(u"&amp;");
     }
 
-    void put(const char16_t *chars, qsizetype count)
-    {
-        if (count > m_capacity - m_size)
-            grow(count);
-        std::copy_n(chars, count, m_data + m_size);
-        m_size += count;
-    }
-    // Makes room for count more characters, at least doubling the capacity.
-    void grow(qsizetype count)
-    {
-        const qsizetype capacity = qMax(2 * m_capacity, m_size + count);
-        std::unique_ptr<char16_t[]> heap(new char16_t[std::size_t(capacity)]);
-        std::copy_n(m_data, m_size, heap.get());
-        m_heap = std::move(heap);
-        m_data = m_heap.get();
-        m_capacity = capacity;
-    }
-
-    static constexpr qsizetype localCapacity = 1024;
-    char16_t m_local[localCapacity];
-    std::unique_ptr<char16_t[]> m_heap;
-    char16_t *m_data = m_local;
-    qsizetype m_size = 0;
-    qsizetype m_capacity = localCapacity;
+    QString m_text;
 };
 
 } // namespace veldra
