@@ -10,7 +10,7 @@ namespace veldra {
 
 namespace {
 
-// Writes open, what fill writes (escaped), and close; or nothing at all when fill writes nothing.
+// Writes open, what fill writes, and close; or nothing at all when fill writes nothing.
 template<typename Fill>
 void appendElement(TextWriter &out, QStringView open, QStringView close, Fill fill)
 {
@@ -18,12 +18,10 @@ void appendElement(TextWriter &out, QStringView open, QStringView close, Fill fi
     out << open;
     const qsizetype valueStart = out.size();
     fill();
-    if (out.size() == valueStart) {
+    if (out.size() == valueStart)
         out.truncate(mark);
-        return;
-    }
-    out.escapeFrom(valueStart);
-    out << close;
+    else
+        out << close;
 }
 
 // Items of a list joined by ",": an item after the first is preceded by ",", so an empty first
@@ -144,7 +142,7 @@ void RequestBuilder::appendContent(TextWriter &out) const
             appendSelectionName(fields.next(), *column);
             // An empty alias differs too: the item then ends in a blank, which the service accepts.
             if (!column->hasSelectionName(column->alias()))
-                out << u' ' << column->alias();
+                (out << u' ').text(column->alias());
         });
     });
 }
@@ -152,8 +150,8 @@ void RequestBuilder::appendContent(TextWriter &out) const
 void RequestBuilder::appendSelectionName(TextWriter &out, const ColumnInfo &column)
 {
     if (column.columnType() == ColumnInfo::TableColumn)
-        out << column.table() << u'.';
-    out << column.express();
+        out.text(column.table()) << u'.';
+    out.text(column.express());
 }
 
 void RequestBuilder::appendTarget(TextWriter &out) const
@@ -168,13 +166,11 @@ void RequestBuilder::appendTarget(TextWriter &out) const
     out.text(database->dsn()) << u"</dsn><catalog>";
     out.text(database->catalog()) << u"</catalog><table>";
     const qsizetype tablesStart = out.size();
-    out << m_in.query->getTableNames();
-    if (out.size() == tablesStart) {
+    out.text(m_in.query->getTableNames());
+    if (out.size() == tablesStart)
         out.truncate(mark);
-        return;
-    }
-    out.escapeFrom(tablesStart);
-    out << u"</table></target>";
+    else
+        out << u"</table></target>";
 }
 
 void RequestBuilder::appendCondition(TextWriter &out) const
@@ -185,16 +181,16 @@ void RequestBuilder::appendCondition(TextWriter &out) const
         QVariant value;
         const QStringView rest
             = parameterreference::scan(condition, [&](QStringView before, QStringView reference) {
-                  out << before;
+                  out.text(before);
                   // An unknown reference vanishes; a value goes in exactly as stored, quotes and
                   // all. The key borrows the condition's characters: a lookup per reference, no
                   // copy.
                   if (m_in.parameters
                       && m_in.parameters->lookup(
                           QString::fromRawData(reference.data(), reference.size()), &value))
-                      out << value.toString();
+                      out.text(value.toString());
               });
-        out << rest;
+        out.text(rest);
     });
 }
 
@@ -207,7 +203,7 @@ void RequestBuilder::appendGroup(TextWriter &out) const
         const auto &groupBy = m_in.query->groupBy();
         if (groupBy && groupBy->count() > 0) {
             for (const QString &item : *groupBy)
-                list.next() << item;
+                list.next().text(item);
             return;
         }
         forEachSelectedName([&](QStringView name) {
@@ -225,14 +221,14 @@ void RequestBuilder::appendOrder(TextWriter &out) const
     appendElement(out, u"<order>", u"</order>", [&] {
         if (m_in.query->orderByAsParam()) {
             if (!m_in.orderBy.isEmpty())
-                out << m_in.orderBy << direction(m_in.orderByAscendant);
+                out.text(m_in.orderBy) << direction(m_in.orderByAscendant);
             return;
         }
         ListWriter list(out);
         if (const auto &orderBy = m_in.query->orderBy()) {
             for (const auto &order : *orderBy) {
                 if (order)
-                    list.next() << order->column() << direction(order->ascendant());
+                    list.next().text(order->column()) << direction(order->ascendant());
             }
         }
     });

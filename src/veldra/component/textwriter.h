@@ -5,8 +5,8 @@
 
 namespace veldra {
 
-// The request as it is written: markup as it stands, text escaped a whole element at a time
-// (one scan per element rather than one per piece of it).
+// The request as it is written: markup as it stands, text escaped as it is written, while the
+// characters are still in the cache.
 class TextWriter
 {
 public:
@@ -30,29 +30,16 @@ public:
     // Text, with "<", ">" and "&" as entities.
     TextWriter &text(QStringView text)
     {
-        const qsizetype from = m_text.size();
-        *this << text;
-        escapeFrom(from);
-        return *this;
-    }
-
-    // Puts "<", ">" and "&" as entities into what was written from position from on.
-    void escapeFrom(qsizetype from)
-    {
-        const qsizetype first = findSpecial(QStringView(m_text).utf16(), from, m_text.size());
-        if (first == m_text.size())
-            return;
-        const QString rest = m_text.sliced(first);
-        m_text.truncate(first);
-        const char16_t *data = QStringView(rest).utf16();
-        const qsizetype size = rest.size();
+        const char16_t *data = text.utf16();
+        const qsizetype size = text.size();
         qsizetype runStart = 0;
-        for (qsizetype at = 0; at < size; at = findSpecial(data, at + 1, size)) {
+        for (qsizetype at = findSpecial(data, 0, size); at < size; at = findSpecial(data, at + 1, size)) {
             m_text += QStringView(data + runStart, at - runStart);
             m_text += entity(data[at]);
             runStart = at + 1;
         }
         m_text += QStringView(data + runStart, size - runStart);
+        return *this;
     }
 
     // Position of the first "<", ">" or "&" at or after from, or size.
