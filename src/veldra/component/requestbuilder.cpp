@@ -177,19 +177,19 @@ void RequestBuilder::appendCondition(TextWriter &out) const
 {
     const QString &condition = m_in.query->condition();
     out.reserve(out.size() + condition.size() + 32);
-    appendElement(out, u"<condition>", u"</condition>", [&] {
+    // An unknown reference vanishes; a value goes in exactly as stored, quotes and all. The key
+    // borrows the condition's characters: a lookup per reference, no copy.
+    const auto substitute = [&](QStringView reference) {
         QVariant value;
-        const QStringView rest
-            = parameterreference::scan(condition, [&](QStringView before, QStringView reference) {
-                  out.text(before);
-                  // An unknown reference vanishes; a value goes in exactly as stored, quotes and
-                  // all. The key borrows the condition's characters: a lookup per reference, no
-                  // copy.
-                  if (m_in.parameters
-                      && m_in.parameters->lookup(
-                          QString::fromRawData(reference.data(), reference.size()), &value))
-                      out.text(value.toString());
-              });
+        if (m_in.parameters
+            && m_in.parameters->lookup(QString::fromRawData(reference.data(), reference.size()), &value))
+            out.text(value.toString());
+    };
+    appendElement(out, u"<condition>", u"</condition>", [&] {
+        const QStringView rest = parameterreference::scan(condition, [&](QStringView before, QStringView reference) {
+            out.text(before);
+            substitute(reference);
+        });
         out.text(rest);
     });
 }

@@ -72,8 +72,8 @@ public:
     static QString escape(const QString &text);
 
 private:
-    // build() writes every block straight into the one request buffer: a rebuild runs on every
-    // keystroke in a parameter input, and intermediate strings were most of its cost.
+    // Each block appends to the text being written: a request is assembled without a string per
+    // block.
     using Append = void (RequestBuilder::*)(TextWriter &out) const;
     QString block(Append append) const;
     void appendContent(TextWriter &out) const;
