@@ -1,7 +1,5 @@
 #include "tessaly/consoleuiservice.h"
 
-#include <QDialog>
-
 #include <cstdio>
 
 namespace tessaly {
@@ -48,11 +46,10 @@ UiService::Answer ConsoleUiService::message(const QString &text, const QString &
     return Answer::No;
 }
 
-int ConsoleUiService::execDialog(QDialog &dialog)
+int ConsoleUiService::execDialog(QDialog &)
 {
     qWarning("ConsoleUiService: a modal dialog was asked for on a host without windows");
-    dialog.setResult(QDialog::Rejected);
-    return QDialog::Rejected;
+    return 0; // QDialog::Rejected, without linking the widgets for it
 }
 
 void ConsoleUiService::report(const QString &title, const QStringList &lines)

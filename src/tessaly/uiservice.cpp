@@ -1,9 +1,7 @@
 #include "tessaly/uiservice.h"
 
 #include "tessaly/consoleuiservice.h"
-#include "tessaly/widgetuiservice.h"
 
-#include <QApplication>
 
 namespace tessaly {
 
@@ -20,12 +18,8 @@ UiService::~UiService() = default;
 UiService &UiService::instance()
 {
     std::shared_ptr<UiService> &service = installed();
-    if (!service) {
-        if (qobject_cast<QApplication *>(QCoreApplication::instance()))
-            service = std::make_shared<WidgetUiService>();
-        else
-            service = std::make_shared<ConsoleUiService>();
-    }
+    if (!service)
+        service = std::make_shared<ConsoleUiService>();
     return *service;
 }
 

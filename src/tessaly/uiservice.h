@@ -31,8 +31,8 @@ public:
     // Calls nest: the cursor returns when every setBusy(true) has had its setBusy(false).
     virtual void setBusy(bool busy) = 0;
 
-    // The installed service; when none was installed, a WidgetUiService if a QApplication
-    // exists, a ConsoleUiService otherwise (chosen on first use).
+    // The installed service; a ConsoleUiService until a host installs another (a desktop host
+    // installs a WidgetUiService).
     static UiService &instance();
     // Installs a service; nullptr goes back to the default.
     static void setInstance(std::shared_ptr<UiService> service);

@@ -1,8 +1,8 @@
 #include "command.h"
 
 #include "tessaly/registrystore.h"
-#include "veldra/component/clsidlookup.h"
-#include "veldra/component/registration.h"
+#include "veldra/registration/clsidlookup.h"
+#include "veldra/registration/registration.h"
 
 #include <QCommandLineParser>
 

@@ -4,7 +4,7 @@
 
 #include "dataservice/dataservice.h"
 #include "tessaly/error.h"
-#include "veldra/dialogs/databaseerrorreport.h"
+#include "veldra/service/databaseerrorreport.h"
 
 #include <QCommandLineParser>
 #include <QDomDocument>
@@ -25,7 +25,7 @@ void reportFailure(const tessaly::Error &error, const QString &request)
     report.dsn = field("dsn");
     report.catalog = field("catalog");
     report.table = field("table");
-    veldra::showDatabaseError(report);
+    veldra::reportDatabaseErrorAsText(report);
     err() << "veldra run: " << error.message() << Qt::endl;
 }
 

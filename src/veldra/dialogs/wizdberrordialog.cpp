@@ -1,6 +1,10 @@
 #include "veldra/dialogs/wizdberrordialog.h"
 
+#include "tessaly/error.h"
+#include "tessaly/uiservice.h"
 #include "veldra/resources/stringtable.h"
+
+#include <QApplication>
 
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -134,6 +138,24 @@ void WizDBErrorDialog::setTable(const QString &table)
 {
     m_table->setText(table);
     m_table->setCursorPosition(0);
+}
+
+void showDatabaseError(const DatabaseErrorReport &report)
+{
+    tessaly::UiService &ui = tessaly::UiService::instance();
+    if (!ui.showsWindows()) {
+        reportDatabaseErrorAsText(report);
+        return;
+    }
+    WizDBErrorDialog dialog(QApplication::activeWindow());
+    dialog.setWindowTitle(text(StringId::DatabaseErrorTitle));
+    dialog.setMessage(text(StringId::DatabaseErrorMessage));
+    dialog.setErrorCode(tessaly::Error::hexNumber(report.errorNumber));
+    dialog.setProvider(report.provider);
+    dialog.setDataSource(report.dsn);
+    dialog.setCatalog(report.catalog);
+    dialog.setTable(report.table);
+    ui.execDialog(dialog);
 }
 
 } // namespace veldra

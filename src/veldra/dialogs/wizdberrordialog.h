@@ -1,5 +1,7 @@
 #pragma once
 
+#include "veldra/service/databaseerrorreport.h"
+
 #include <QDialog>
 
 class QLabel;
@@ -31,5 +33,9 @@ private:
     QLineEdit *m_catalog;
     QLineEdit *m_table;
 };
+
+// The desktop's DatabaseErrorReporter: shows the dialog modally through the UI service, or, on a
+// host without windows, hands the same lines to UiService::report.
+void showDatabaseError(const DatabaseErrorReport &report);
 
 } // namespace veldra

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tessaly/zetvariable.h"
-#include "veldra/component/clsidlookup.h"
+#include "veldra/registration/clsidlookup.h"
 #include "veldra/resources/stringtable.h"
 
 namespace veldra {

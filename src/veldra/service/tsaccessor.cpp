@@ -1,7 +1,6 @@
 #include "veldra/service/tsaccessor.h"
 
 #include "tessaly/error.h"
-#include "veldra/dialogs/databaseerrorreport.h"
 #include "veldra/records/columninfo.h"
 #include "veldra/records/dbinfo.h"
 #include "veldra/records/tableinfo.h"
@@ -302,7 +301,7 @@ bool TSAccessor::ReportDatabaseError(const QString &provider, const QString &dsn
         return true;
     // LastError stays as it is: a later request that fails before reaching the service shows
     // this error again.
-    showDatabaseError({ m_lastError, provider, dsn, catalog, table });
+    m_reporter({ m_lastError, provider, dsn, catalog, table });
     return false;
 }
 

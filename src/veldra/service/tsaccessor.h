@@ -2,6 +2,7 @@
 
 #include "tessaly/namemap.h"
 #include "tessaly/serviceproxy.h"
+#include "veldra/service/databaseerrorreport.h"
 
 #include <QDomElement>
 
@@ -22,7 +23,7 @@ class dbInfo;
 //
 // Results that can be "nothing" are null pointers: every query yields nothing while tsProxy is
 // unset, and a failed request yields nothing after recording its error number in LastError()
-// and showing the database error dialog (navigation requests only).
+// and handing it to the error reporter (navigation requests only).
 class TSAccessor
 {
 public:
@@ -40,6 +41,9 @@ public:
     void setUseCache(bool useCache) { m_useCache = useCache; }
     // The error number of the last failed request; 0 after one that reached the service.
     qint32 LastError() const { return m_lastError; }
+    // Where failed navigation requests are reported; reportDatabaseErrorAsText unless a host
+    // installs its own (the wizard installs the database error dialog).
+    void setErrorReporter(DatabaseErrorReporter reporter) { m_reporter = std::move(reporter); }
 
     // Cached operations. GetDatabaseStructure fetches providers, data sources and catalogs
     // (one request for the providers, one per provider, one per data source); tables and
@@ -53,7 +57,7 @@ public:
                                               const QString &cataName, const QString &tableName);
 
     // One round trip each: the names of one level, keys in the order of the response, values
-    // empty. A failure shows the database error dialog; QueryColumns shows it a second time.
+    // empty. A failure is reported; QueryColumns reports it a second time.
     NameMapRef QueryProviders();
     NameMapRef QueryDSNs(const QString &provider);
     NameMapRef QueryCatalogs(const QString &provider, const QString &dsn);
@@ -64,7 +68,7 @@ public:
                                const QString &table);
 
     // The distinct pairs of two columns of a table, key text -> display text (the key when the
-    // display column is missing). Shows no dialog; a failure gives an empty map, an unset
+    // display column is missing). Reports nothing; a failure gives an empty map, an unset
     // proxy nothing. Raises ObjectNotSet for a null dbinf.
     NameMapRef QueryKeyValueColumns(const std::shared_ptr<dbInfo> &dbinf, const QString &tableName,
                                     const QString &keyCol, const QString &valCol);
@@ -82,8 +86,7 @@ private:
     // The next element after start, in document order, named name; start itself is never
     // compared.
     static QDomElement FindElement(const QDomNode &start, const QString &name);
-    // Shows the database error dialog when LastError is set; true when there was nothing to
-    // show.
+    // Reports LastError when it is set; true when there was nothing to report.
     bool ReportDatabaseError(const QString &provider, const QString &dsn, const QString &catalog,
                              const QString &table);
     NameMapRef cacheRoot() const;
@@ -92,6 +95,7 @@ private:
     std::shared_ptr<tessaly::ServiceProxy> m_proxy;
     bool m_useCache = true;
     qint32 m_lastError = 0;
+    DatabaseErrorReporter m_reporter = reportDatabaseErrorAsText;
 };
 
 } // namespace veldra

@@ -1,7 +1,7 @@
 #include "recordinguiservice.h"
 
 #include "tessaly/consoleuiservice.h"
-#include "veldra/dialogs/databaseerrorreport.h"
+#include "veldra/service/databaseerrorreport.h"
 #include "veldra/dialogs/exprdialogdecision.h"
 #include "veldra/dialogs/expressionchecker.h"
 #include "veldra/dialogs/wizdberrordialog.h"

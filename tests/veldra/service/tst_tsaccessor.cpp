@@ -1,5 +1,3 @@
-#include "../dialogs/recordinguiservice.h"
-
 #include "tessaly/error.h"
 #include "tessaly/serviceproxy.h"
 #include "veldra/records/columninfo.h"
@@ -8,7 +6,6 @@
 #include "veldra/resources/stringtable.h"
 #include "veldra/service/tsaccessor.h"
 
-#include <QApplication>
 #include <QTest>
 
 using namespace veldra;
@@ -176,24 +173,23 @@ private Q_SLOTS:
     void unsetProxyYieldsNothingAndShowsNothing();
 
 private:
-    std::shared_ptr<testui::RecordingUiService> m_ui;
+    QList<DatabaseErrorReport> m_reports;
     std::shared_ptr<ScriptedProxy> m_proxy;
     std::unique_ptr<TSAccessor> m_accessor;
 };
 
 void tst_TSAccessor::init()
 {
-    m_ui = std::make_shared<testui::RecordingUiService>();
-    tessaly::UiService::setInstance(m_ui);
+    m_reports.clear();
     m_proxy = sampleService();
     m_accessor = std::make_unique<TSAccessor>();
     m_accessor->setTsProxy(m_proxy);
+    m_accessor->setErrorReporter([this](const DatabaseErrorReport &report) { m_reports.append(report); });
 }
 
 void tst_TSAccessor::cleanup()
 {
-    tessaly::UiService::setInstance(nullptr);
-    QVERIFY(QApplication::topLevelWidgets().isEmpty());
+    m_accessor.reset();
 }
 
 void tst_TSAccessor::navigationAsksOneLevelAndReadsTheFirstResponse_data()
@@ -237,7 +233,7 @@ void tst_TSAccessor::navigationAsksOneLevelAndReadsTheFirstResponse()
     for (int i = 0; result && i < result->count(); ++i)
         QVERIFY(!result->item(i).isValid());
     QCOMPARE(m_accessor->LastError(), 0);
-    QVERIFY(m_ui->dialogs.isEmpty());
+    QVERIFY(m_reports.isEmpty());
 }
 
 void tst_TSAccessor::keyValuesAreAskedGroupedAndReadByFieldName_data()
@@ -408,7 +404,7 @@ void tst_TSAccessor::failuresSetLastErrorAndAreReported()
     m_proxy->script(navigation(""), qint32(0x80045002));
     QCOMPARE(m_accessor->QueryProviders(), nullptr);
     QCOMPARE(m_accessor->LastError(), qint32(0x80045002));
-    m_ui->dialogs.clear();
+    m_reports.clear();
     m_proxy->takeCount();
     m_proxy->script(operation == "key values" ? keyValueRequest("code,name", "code,name") : navigation(path), reply);
 
@@ -421,16 +417,13 @@ void tst_TSAccessor::failuresSetLastErrorAndAreReported()
     }
     QCOMPARE(m_accessor->LastError(), lastError);
     QCOMPARE(m_proxy->takeCount(), requests);
-    QCOMPARE(m_ui->dialogs.size(), dialogs);
+    QCOMPARE(m_reports.size(), dialogs);
     // Each report names the error in hex and where the request went.
     const QStringList where = path.split('/');
-    for (const testui::DialogSeen &seen : m_ui->dialogs) {
-        QCOMPARE(seen.objectName, "WizDBErrorDialog");
-        QCOMPARE((QStringList{ seen.texts.value("ProviderText"), seen.texts.value("DSNText"),
-                               seen.texts.value("CatalogText"), seen.texts.value("TableText"),
-                               seen.texts.value("ErrorCodeText") }),
-                 (QStringList{ where.value(0), where.value(1), where.value(2), where.value(3),
-                               tessaly::Error::hexNumber(lastError) }));
+    for (const DatabaseErrorReport &report : std::as_const(m_reports)) {
+        QCOMPARE((QStringList{ report.provider, report.dsn, report.catalog, report.table }),
+                 (QStringList{ where.value(0), where.value(1), where.value(2), where.value(3) }));
+        QCOMPARE(report.errorNumber, lastError);
     }
 }
 
@@ -438,7 +431,7 @@ void tst_TSAccessor::unsetProxyYieldsNothingAndShowsNothing()
 {
     m_proxy->script(navigation(""), qint32(0x80045009));
     m_accessor->QueryProviders();
-    m_ui->dialogs.clear();
+    m_reports.clear();
 
     m_accessor->setTsProxy(nullptr);
     QCOMPARE(m_accessor->GetDatabaseStructure(), nullptr);
@@ -446,7 +439,7 @@ void tst_TSAccessor::unsetProxyYieldsNothingAndShowsNothing()
     QCOMPARE(m_accessor->QueryColumns("P", "D", "C", "T"), nullptr);
     QCOMPARE(m_accessor->QueryKeyValueColumns(sampleDatabase(), "regions", "code", "name"), nullptr);
     QCOMPARE(m_accessor->LastError(), qint32(0x80045009));
-    QVERIFY(m_ui->dialogs.isEmpty());
+    QVERIFY(m_reports.isEmpty());
     QCOMPARE(m_proxy->requests.size(), 1);
 }
 

@@ -1,4 +1,4 @@
-#include "tessaly/widgetuiservice.h"
+#include "tessaly/widgets/widgetuiservice.h"
 
 #include <QApplication>
 #include <QDialog>

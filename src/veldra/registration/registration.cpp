@@ -1,7 +1,7 @@
-#include "veldra/component/registration.h"
+#include "veldra/registration/registration.h"
 
 #include "tessaly/registrystore.h"
-#include "veldra/component/clsidlookup.h"
+#include "veldra/registration/clsidlookup.h"
 
 #include <QUuid>
 

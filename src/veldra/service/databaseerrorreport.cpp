@@ -1,11 +1,8 @@
-#include "veldra/dialogs/databaseerrorreport.h"
+#include "veldra/service/databaseerrorreport.h"
 
 #include "tessaly/error.h"
 #include "tessaly/uiservice.h"
-#include "veldra/dialogs/wizdberrordialog.h"
 #include "veldra/resources/stringtable.h"
-
-#include <QApplication>
 
 namespace veldra {
 
@@ -30,22 +27,9 @@ QStringList databaseErrorLines(const DatabaseErrorReport &report)
     };
 }
 
-void showDatabaseError(const DatabaseErrorReport &report)
+void reportDatabaseErrorAsText(const DatabaseErrorReport &report)
 {
-    tessaly::UiService &ui = tessaly::UiService::instance();
-    if (!ui.showsWindows()) {
-        ui.report(text(StringId::DatabaseErrorTitle), databaseErrorLines(report));
-        return;
-    }
-    WizDBErrorDialog dialog(QApplication::activeWindow());
-    dialog.setWindowTitle(text(StringId::DatabaseErrorTitle));
-    dialog.setMessage(text(StringId::DatabaseErrorMessage));
-    dialog.setErrorCode(tessaly::Error::hexNumber(report.errorNumber));
-    dialog.setProvider(report.provider);
-    dialog.setDataSource(report.dsn);
-    dialog.setCatalog(report.catalog);
-    dialog.setTable(report.table);
-    ui.execDialog(dialog);
+    tessaly::UiService::instance().report(text(StringId::DatabaseErrorTitle), databaseErrorLines(report));
 }
 
 } // namespace veldra

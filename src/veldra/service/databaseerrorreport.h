@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+#include <functional>
+
 namespace veldra {
 
 // A failed request for database structure: the error number and where the request went.
@@ -14,12 +16,15 @@ struct DatabaseErrorReport
     QString table;
 };
 
+// Where an accessor sends its failures. A desktop host installs one that shows the database
+// error dialog; without one the report goes out as text.
+using DatabaseErrorReporter = std::function<void(const DatabaseErrorReport &)>;
+
 // The report as lines of text: the message, then "Error Code: 80004005", "Provider: ...",
 // "Data Source: ...", "Catalog: ...", "Table: ...", in the current language.
 QStringList databaseErrorLines(const DatabaseErrorReport &report);
 
-// Shows the database error dialog modally through the UI service, or, on a host without
-// windows, hands the same lines to UiService::report.
-void showDatabaseError(const DatabaseErrorReport &report);
+// The reporter of hosts without windows: the same lines through UiService::report.
+void reportDatabaseErrorAsText(const DatabaseErrorReport &report);
 
 } // namespace veldra

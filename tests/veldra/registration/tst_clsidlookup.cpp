@@ -1,4 +1,4 @@
-#include "veldra/component/clsidlookup.h"
+#include "veldra/registration/clsidlookup.h"
 #include "veldra/records/sqlinfo.h"
 
 #include <QTest>
