@@ -52,7 +52,6 @@ bool NameMap::lookup(const QString &key, QVariant *value) const
 
 void NameMap::set(const QString &key, const QVariant &value)
 {
-    touch();
     const auto it = m_index.constFind(key);
     if (it != m_index.cend()) {
         m_entries[*it].setValue(value);
@@ -72,7 +71,6 @@ bool NameMap::remove(const QString &key)
     const auto it = m_index.constFind(key);
     if (it == m_index.cend())
         return false;
-    touch();
     const int removed = *it;
     m_entries.removeAt(removed);
     m_index.erase(it);
@@ -85,7 +83,6 @@ bool NameMap::remove(const QString &key)
 
 void NameMap::clear()
 {
-    touch();
     m_entries.clear();
     m_index.clear();
 }
@@ -138,7 +135,6 @@ bool NameMap::zetVariable_Write(TagStream &stream)
 
 bool NameMap::zetVariable_Read(TagStream &stream)
 {
-    touch();
     if (stream.ReadTag() != mapElement)
         return true;
     for (;;) {

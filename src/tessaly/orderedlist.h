@@ -1,7 +1,6 @@
 #pragma once
 
 #include "tessaly/error.h"
-#include "tessaly/revision.h"
 
 #include <QList>
 
@@ -12,11 +11,7 @@ template<typename T>
 class OrderedList
 {
 public:
-    void append(const T &item)
-    {
-        m_items.append(item);
-        m_revision.touch();
-    }
+    void append(const T &item) { m_items.append(item); }
     int count() const { return int(m_items.size()); }
     bool isEmpty() const { return m_items.isEmpty(); }
 
@@ -33,12 +28,8 @@ public:
     auto begin() const { return m_items.cbegin(); }
     auto end() const { return m_items.cend(); }
 
-    // Changes with every change of the list itself, not of the objects it holds; see Revision.
-    quint64 revision() const { return m_revision.value(); }
-
 private:
     QList<T> m_items;
-    Revision m_revision;
 };
 
 } // namespace tessaly

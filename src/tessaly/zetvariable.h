@@ -1,6 +1,5 @@
 #pragma once
 
-#include "tessaly/revision.h"
 
 #include <QMetaType>
 #include <QString>
@@ -31,19 +30,10 @@ public:
     virtual bool zetVariable_HasEditDialog() const { return false; }
     virtual bool zetVariable_ShowEditDialog() { return false; }
 
-    // Changes with every change of the object's own contents; see Revision.
-    quint64 revision() const { return m_revision.value(); }
-
 protected:
     zetVariable() = default;
     zetVariable(const zetVariable &) = default;
     zetVariable &operator=(const zetVariable &) = default;
-
-    // Every member function that changes the object's contents calls this.
-    void touch() { m_revision.touch(); }
-
-private:
-    Revision m_revision;
 };
 
 // The object held by a reference as the class the caller expects, or nullptr.

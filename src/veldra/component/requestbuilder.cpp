@@ -53,45 +53,6 @@ QStringView trimBlanks(QStringView text)
     return text.sliced(begin, end - begin);
 }
 
-// The newest revision among the definition and everything in it that the request's blocks other
-// than the condition read. A block that starts reading more must be added here.
-quint64 newestRevision(const SQLInfo &query)
-{
-    quint64 newest = query.revision();
-    const auto note = [&newest](quint64 revision) { newest = qMax(newest, revision); };
-    const auto noteColumns = [&note](const tessaly::NameMap *columns) {
-        if (!columns)
-            return;
-        note(columns->revision());
-        for (int i = 0; i < columns->count(); ++i) {
-            if (const ColumnInfo *column = columns->peekAt<ColumnInfo>(i))
-                note(column->revision());
-        }
-    };
-    if (const auto &database = query.dbInfo())
-        note(database->revision());
-    if (const auto &tables = query.tables()) {
-        note(tables->revision());
-        for (int i = 0; i < tables->count(); ++i) {
-            if (const TableInfo *table = tables->peekAt<TableInfo>(i)) {
-                note(table->revision());
-                noteColumns(table->columns().get());
-            }
-        }
-    }
-    noteColumns(query.expressions().get());
-    if (const auto &orderBy = query.orderBy()) {
-        note(orderBy->revision());
-        for (const auto &order : *orderBy) {
-            if (order)
-                note(order->revision());
-        }
-    }
-    if (const auto &groupBy = query.groupBy())
-        note(groupBy->revision());
-    return newest;
-}
-
 QStringView direction(bool ascending)
 {
     return ascending ? QStringView(u" ASC") : QStringView(u" DESC");
@@ -244,57 +205,22 @@ void RequestBuilder::appendRowCount(TextWriter &out) const
 
 std::optional<QString> RequestBuilder::build() const
 {
-    Cache cache;
-    return build(cache);
-}
-
-std::optional<QString> RequestBuilder::build(Cache &cache) const
-{
     if (!m_in.query)
         return std::nullopt;
-    const quint64 revision = newestRevision(*m_in.query);
-    if (!holds(cache, revision))
-        fill(cache, revision);
-    if (!cache.complete)
-        return std::nullopt;
     TextWriter request;
-    request.reserve(cache.head.size() + m_in.query->condition().size() + cache.tail.size() + 64);
-    request << cache.head;
+    request << u"<query><get>";
+    const qsizetype contentStart = request.size();
+    appendContent(request);
+    const qsizetype targetStart = request.size();
+    appendTarget(request);
+    if (targetStart == contentStart || request.size() == targetStart)
+        return std::nullopt; // no fields, or no complete target
     appendCondition(request);
-    request << cache.tail;
+    appendGroup(request);
+    appendOrder(request);
+    appendRowCount(request);
+    request << u"</get></query>";
     return request.toString();
-}
-
-bool RequestBuilder::holds(const Cache &cache, quint64 revision) const
-{
-    return cache.query == m_in.query && cache.revision == revision
-        && cache.selection == m_in.selection && cache.topN == m_in.topN
-        && cache.orderBy == m_in.orderBy && cache.orderByAscendant == m_in.orderByAscendant;
-}
-
-void RequestBuilder::fill(Cache &cache, quint64 revision) const
-{
-    cache.query = nullptr; // stays unusable if a block throws
-    TextWriter head;
-    head << u"<query><get>";
-    const qsizetype contentStart = head.size();
-    appendContent(head);
-    const qsizetype targetStart = head.size();
-    appendTarget(head);
-    cache.complete = targetStart > contentStart && head.size() > targetStart;
-    TextWriter tail;
-    appendGroup(tail);
-    appendOrder(tail);
-    appendRowCount(tail);
-    tail << u"</get></query>";
-    cache.head = head.toString();
-    cache.tail = tail.toString();
-    cache.query = m_in.query;
-    cache.revision = revision;
-    cache.selection = m_in.selection;
-    cache.topN = m_in.topN;
-    cache.orderBy = m_in.orderBy;
-    cache.orderByAscendant = m_in.orderByAscendant;
 }
 
 QString RequestBuilder::missingPiece() const

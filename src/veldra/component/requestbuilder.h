@@ -33,30 +33,10 @@ struct RequestInputs
 class RequestBuilder
 {
 public:
-    // What a build derives from everything but the condition, kept by the caller between builds:
-    // a keystroke in a parameter input changes the condition only. It is used again while the
-    // definition's newest revision and the slot values it came from are unchanged.
-    class Cache
-    {
-        friend class RequestBuilder;
-
-        const SQLInfo *query = nullptr;
-        quint64 revision = 0;
-        QString selection;
-        qint32 topN = 0;
-        QString orderBy;
-        bool orderByAscendant = true;
-
-        bool complete = false; // there are fields and a target
-        QString head; // "<query><get>", content and target
-        QString tail; // group, order, row count and "</get></query>"
-    };
-
     explicit RequestBuilder(const RequestInputs &inputs) : m_in(inputs) { }
 
     // The request text, or nothing when the definition has no fields or no complete target.
     std::optional<QString> build() const;
-    std::optional<QString> build(Cache &cache) const;
     // Why build() yields nothing ("no fields", "no provider", ...); empty when it yields a request.
     QString missingPiece() const;
 
@@ -83,9 +63,6 @@ private:
     void appendOrder(TextWriter &out) const;
     void appendRowCount(TextWriter &out) const;
     static void appendSelectionName(TextWriter &out, const ColumnInfo &column);
-
-    bool holds(const Cache &cache, quint64 revision) const;
-    void fill(Cache &cache, quint64 revision) const;
 
     // Calls visit(name) for each trimmed name of the selection slot, without copying it.
     template<typename Visit>

@@ -267,7 +267,7 @@ void TsyParamConditionModel::rebuildRequest()
 {
     std::optional<QString> text;
     try {
-        text = RequestBuilder(requestInputs()).build(m_requestCache);
+        text = RequestBuilder(requestInputs()).build();
     } catch (const tessaly::Error &) {
         return; // the last good request stays published
     }

@@ -61,7 +61,6 @@ private:
 
     QString m_selection;
     tessaly::RequestRef m_request;
-    RequestBuilder::Cache m_requestCache;
     std::shared_ptr<SQLInfo> m_definition;
     std::shared_ptr<tessaly::NameMap> m_parameters;
     bool m_updateRequest = false;

@@ -20,7 +20,6 @@ QString ColumnInfo::GetSelectionName() const
 
 bool ColumnInfo::zetVariable_Read(tessaly::TagStream &stream)
 {
-    touch();
     return recordio::readRecord(stream, element, [&](const QString &child) {
         if (child == u"alias")
             stream.ReadValue(m_alias);

@@ -15,13 +15,13 @@ public:
     static constexpr qint32 Expression = 2;
 
     const QString &table() const { return m_table; }
-    void setTable(const QString &table) { assign(m_table, table); }
+    void setTable(const QString &table) { m_table = table; }
     qint32 columnType() const { return m_columnType; }
-    void setColumnType(qint32 columnType) { assign(m_columnType, columnType); }
+    void setColumnType(qint32 columnType) { m_columnType = columnType; }
     const QString &alias() const { return m_alias; }
-    void setAlias(const QString &alias) { assign(m_alias, alias); }
+    void setAlias(const QString &alias) { m_alias = alias; }
     const QString &express() const { return m_express; }
-    void setExpress(const QString &express) { assign(m_express, express); }
+    void setExpress(const QString &express) { m_express = express; }
 
     // How the item is selected in a statement: "table.column" for a column, the expression
     // text otherwise. Nothing is quoted.

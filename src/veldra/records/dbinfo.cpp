@@ -13,7 +13,6 @@ const QString element = QStringLiteral("DBInfo");
 
 bool dbInfo::zetVariable_Read(tessaly::TagStream &stream)
 {
-    touch();
     return recordio::readRecord(stream, element, [&](const QString &child) {
         if (child == u"provider")
             stream.ReadValue(m_provider);

@@ -12,11 +12,11 @@ public:
     static constexpr StringId typeName = StringId::DBInfoTypeName;
 
     const QString &provider() const { return m_provider; }
-    void setProvider(const QString &provider) { assign(m_provider, provider); }
+    void setProvider(const QString &provider) { m_provider = provider; }
     const QString &dsn() const { return m_dsn; }
-    void setDsn(const QString &dsn) { assign(m_dsn, dsn); }
+    void setDsn(const QString &dsn) { m_dsn = dsn; }
     const QString &catalog() const { return m_catalog; }
-    void setCatalog(const QString &catalog) { assign(m_catalog, catalog); }
+    void setCatalog(const QString &catalog) { m_catalog = catalog; }
 
     std::shared_ptr<dbInfo> copy() const { return std::make_shared<dbInfo>(*this); }
 

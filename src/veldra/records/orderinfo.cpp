@@ -13,7 +13,6 @@ const QString element = QStringLiteral("OrderInfo");
 
 bool OrderInfo::zetVariable_Read(tessaly::TagStream &stream)
 {
-    touch();
     return recordio::readRecord(stream, element, [&](const QString &child) {
         if (child == u"column")
             stream.ReadValue(m_column);

@@ -12,9 +12,9 @@ public:
     static constexpr StringId typeName = StringId::OrderInfoTypeName;
 
     const QString &column() const { return m_column; }
-    void setColumn(const QString &column) { assign(m_column, column); }
+    void setColumn(const QString &column) { m_column = column; }
     bool ascendant() const { return m_ascendant; }
-    void setAscendant(bool ascendant) { assign(m_ascendant, ascendant); }
+    void setAscendant(bool ascendant) { m_ascendant = ascendant; }
 
     std::shared_ptr<OrderInfo> copy() const { return std::make_shared<OrderInfo>(*this); }
 

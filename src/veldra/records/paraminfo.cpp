@@ -24,7 +24,6 @@ std::shared_ptr<ParamInfo> ParamInfo::copy() const
 
 bool ParamInfo::zetVariable_Read(tessaly::TagStream &stream)
 {
-    touch();
     return recordio::readRecord(stream, element, [&](const QString &child) {
         if (child == u"paramType")
             stream.ReadValue(m_paramType);

@@ -17,13 +17,13 @@ public:
     static constexpr qint32 ChosenFromList = 2;
 
     qint32 paramType() const { return m_paramType; }
-    void setParamType(qint32 paramType) { assign(m_paramType, paramType); }
+    void setParamType(qint32 paramType) { m_paramType = paramType; }
     const std::shared_ptr<tessaly::NameMap> &selections() const { return m_selections; }
-    void setSelections(const std::shared_ptr<tessaly::NameMap> &selections) { assign(m_selections, selections); }
+    void setSelections(const std::shared_ptr<tessaly::NameMap> &selections) { m_selections = selections; }
     const QString &paramName() const { return m_paramName; }
-    void setParamName(const QString &paramName) { assign(m_paramName, paramName); }
+    void setParamName(const QString &paramName) { m_paramName = paramName; }
     const QString &title() const { return m_title; }
-    void setTitle(const QString &title) { assign(m_title, title); }
+    void setTitle(const QString &title) { m_title = title; }
 
     std::shared_ptr<ParamInfo> copy() const;
 

@@ -19,15 +19,6 @@ public:
         return ClsidLookup::lookup(ClsidLookup::progId(QLatin1String(Derived::classSuffix)));
     }
     QString zetVariable_GetTypeName() const override { return text(Derived::typeName); }
-
-protected:
-    // What every setter does: a change that is not marked could leave a cached request stale.
-    template<typename Field, typename Value>
-    void assign(Field &field, const Value &value)
-    {
-        field = value;
-        touch();
-    }
 };
 
 } // namespace veldra

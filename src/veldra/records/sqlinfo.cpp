@@ -219,7 +219,6 @@ static void ensure(std::shared_ptr<T> &member)
 
 bool SQLInfo::zetVariable_Read(tessaly::TagStream &stream)
 {
-    touch();
     return recordio::readRecord(stream, element, [&](const QString &child) {
         if (child == u"dbInfo") {
             recordio::readObject(stream, m_dbInfo);

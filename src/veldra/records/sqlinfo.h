@@ -21,31 +21,31 @@ public:
     static constexpr StringId typeName = StringId::SQLInfoTypeName;
 
     const std::shared_ptr<tessaly::NameMap> &expressions() const { return m_expressions; }
-    void setExpressions(const std::shared_ptr<tessaly::NameMap> &map) { assign(m_expressions, map); }
+    void setExpressions(const std::shared_ptr<tessaly::NameMap> &map) { m_expressions = map; }
     const std::shared_ptr<veldra::dbInfo> &dbInfo() const { return m_dbInfo; }
-    void setDbInfo(const std::shared_ptr<veldra::dbInfo> &info) { assign(m_dbInfo, info); }
+    void setDbInfo(const std::shared_ptr<veldra::dbInfo> &info) { m_dbInfo = info; }
     const std::shared_ptr<tessaly::NameMap> &parameters() const { return m_parameters; }
-    void setParameters(const std::shared_ptr<tessaly::NameMap> &map) { assign(m_parameters, map); }
+    void setParameters(const std::shared_ptr<tessaly::NameMap> &map) { m_parameters = map; }
     const QString &condition() const { return m_condition; }
-    void setCondition(const QString &condition) { assign(m_condition, condition); }
+    void setCondition(const QString &condition) { m_condition = condition; }
     qint32 topN() const { return m_topN; }
-    void setTopN(qint32 topN) { assign(m_topN, topN); }
+    void setTopN(qint32 topN) { m_topN = topN; }
     bool topNAsParam() const { return m_topNAsParam; }
-    void setTopNAsParam(bool on) { assign(m_topNAsParam, on); }
+    void setTopNAsParam(bool on) { m_topNAsParam = on; }
     bool useOrderBy() const { return m_useOrderBy; }
-    void setUseOrderBy(bool on) { assign(m_useOrderBy, on); }
+    void setUseOrderBy(bool on) { m_useOrderBy = on; }
     bool orderByAsParam() const { return m_orderByAsParam; }
-    void setOrderByAsParam(bool on) { assign(m_orderByAsParam, on); }
+    void setOrderByAsParam(bool on) { m_orderByAsParam = on; }
     const std::shared_ptr<OrderList> &orderBy() const { return m_orderBy; }
-    void setOrderBy(const std::shared_ptr<OrderList> &list) { assign(m_orderBy, list); }
+    void setOrderBy(const std::shared_ptr<OrderList> &list) { m_orderBy = list; }
     bool useGroupBy() const { return m_useGroupBy; }
-    void setUseGroupBy(bool on) { assign(m_useGroupBy, on); }
+    void setUseGroupBy(bool on) { m_useGroupBy = on; }
     const std::shared_ptr<StringList> &groupBy() const { return m_groupBy; }
-    void setGroupBy(const std::shared_ptr<StringList> &list) { assign(m_groupBy, list); }
+    void setGroupBy(const std::shared_ptr<StringList> &list) { m_groupBy = list; }
     const std::shared_ptr<StringList> &selections() const { return m_selections; }
-    void setSelections(const std::shared_ptr<StringList> &list) { assign(m_selections, list); }
+    void setSelections(const std::shared_ptr<StringList> &list) { m_selections = list; }
     const std::shared_ptr<tessaly::NameMap> &tables() const { return m_tables; }
-    void setTables(const std::shared_ptr<tessaly::NameMap> &map) { assign(m_tables, map); }
+    void setTables(const std::shared_ptr<tessaly::NameMap> &map) { m_tables = map; }
 
     // The target element of a request, as far as the definition is complete: only a database
     // with provider, dsn, catalog and at least one table gets the <target> wrapper.

@@ -22,7 +22,6 @@ std::shared_ptr<TableInfo> TableInfo::copy() const
 
 bool TableInfo::zetVariable_Read(tessaly::TagStream &stream)
 {
-    touch();
     return recordio::readRecord(stream, element, [&](const QString &child) {
         if (child == u"tableName")
             stream.ReadValue(m_tableName);

@@ -15,11 +15,11 @@ public:
     static constexpr StringId typeName = StringId::TableInfoTypeName;
 
     const std::shared_ptr<veldra::dbInfo> &dbInfo() const { return m_dbInfo; }
-    void setDbInfo(const std::shared_ptr<veldra::dbInfo> &info) { assign(m_dbInfo, info); }
+    void setDbInfo(const std::shared_ptr<veldra::dbInfo> &info) { m_dbInfo = info; }
     const std::shared_ptr<tessaly::NameMap> &columns() const { return m_columns; }
-    void setColumns(const std::shared_ptr<tessaly::NameMap> &columns) { assign(m_columns, columns); }
+    void setColumns(const std::shared_ptr<tessaly::NameMap> &columns) { m_columns = columns; }
     const QString &tableName() const { return m_tableName; }
-    void setTableName(const QString &tableName) { assign(m_tableName, tableName); }
+    void setTableName(const QString &tableName) { m_tableName = tableName; }
 
     // Shares the dbInfo, copies the columns deeply.
     std::shared_ptr<TableInfo> copy() const;

@@ -26,8 +26,6 @@ private Q_SLOTS:
     void groupOrderAndRowCount();
     void completeRequestHasEveryBlockInOrder();
     void escapingMatchesCharacterByCharacter();
-    void reusedCacheFollowsEveryChange_data();
-    void reusedCacheFollowsEveryChange();
 };
 
 static RequestInputs inputs(const SQLInfo *query, const QString &selection = {},
@@ -230,90 +228,6 @@ void tst_RequestBuilder::escapingMatchesCharacterByCharacter()
         const QString lookalikes(length, QChar(0x013C + (length % 3) * 0x0101));
         QCOMPARE(RequestBuilder::escape(lookalikes), lookalikes);
     }
-}
-
-// A rebuild reuses what it derived from the definition while nothing it read has changed. Each
-// row changes one thing the request depends on, in place or by replacing an object, after a
-// build has filled the cache; the reused cache must give what a fresh build gives.
-using Change = std::function<void(SQLInfo &, RequestInputs &)>;
-
-void tst_RequestBuilder::reusedCacheFollowsEveryChange_data()
-{
-    QTest::addColumn<Change>("prepare");
-    QTest::addColumn<Change>("change");
-    const auto table = [](SQLInfo &query) { return query.tables()->object<TableInfo>("t"); };
-    const auto columnA = [table](SQLInfo &query) { return table(query)->columns()->object<ColumnInfo>("a"); };
-    const auto row = [](const char *name, const Change &change, const Change &prepare = [](SQLInfo &, RequestInputs &) {}) {
-        QTest::newRow(name) << prepare << change;
-    };
-
-    row("column alias", [=](SQLInfo &q, RequestInputs &) { columnA(q)->setAlias("B"); });
-    row("column text", [=](SQLInfo &q, RequestInputs &) { columnA(q)->setExpress("z"); });
-    row("column type", [=](SQLInfo &q, RequestInputs &) { columnA(q)->setColumnType(ColumnInfo::Expression); });
-    row("column read from a file", [=](SQLInfo &q, RequestInputs &) { load(*columnA(q), save(*column("t", "r", "A"))); });
-    row("column replaced", [=](SQLInfo &q, RequestInputs &) { table(q)->columns()->setObject("a", column("t", "n", "A")); });
-    row("column removed", [=](SQLInfo &q, RequestInputs &) { table(q)->columns()->remove("a"); });
-    row("columns replaced", [=](SQLInfo &q, RequestInputs &) { table(q)->setColumns(std::make_shared<tessaly::NameMap>()); });
-    row("table renamed", [=](SQLInfo &q, RequestInputs &) {
-        const auto t = table(q);
-        q.tables()->clear();
-        q.tables()->setObject("u", t);
-    });
-    row("tables replaced", [](SQLInfo &q, RequestInputs &) { q.setTables(std::make_shared<tessaly::NameMap>()); });
-    row("expression alias", [](SQLInfo &q, RequestInputs &) { q.expressions()->object<ColumnInfo>("SUM(t.b)")->setAlias("S"); });
-    row("provider", [](SQLInfo &q, RequestInputs &) { q.dbInfo()->setProvider("Q"); });
-    row("database replaced", [](SQLInfo &q, RequestInputs &) { q.setDbInfo(std::make_shared<dbInfo>()); });
-    row("grouping", [](SQLInfo &q, RequestInputs &) { q.setUseGroupBy(true); });
-    row("group item", [](SQLInfo &q, RequestInputs &) { q.groupBy()->append("t.b"); },
-        [](SQLInfo &q, RequestInputs &) { q.setUseGroupBy(true); });
-    row("order direction", [](SQLInfo &q, RequestInputs &) { q.orderBy()->item(1)->setAscendant(false); });
-    row("order item added", [](SQLInfo &q, RequestInputs &) { q.orderBy()->append(std::make_shared<OrderInfo>()); });
-    row("order as parameter", [](SQLInfo &q, RequestInputs &) { q.setOrderByAsParam(true); });
-    row("row count", [](SQLInfo &q, RequestInputs &) { q.setTopN(7); });
-    row("row count as parameter", [](SQLInfo &q, RequestInputs &) { q.setTopNAsParam(true); });
-    row("condition", [](SQLInfo &q, RequestInputs &) { q.setCondition("t.b = 2"); });
-    row("definition read from a file", [](SQLInfo &q, RequestInputs &) {
-        SQLInfo other;
-        setDatabase(other, "R", "S", "T");
-        addTable(other, "v", { "a=A" });
-        load(q, save(other));
-    });
-    row("selection slot", [](SQLInfo &, RequestInputs &in) { in.selection = "Total"; });
-    row("row count slot", [](SQLInfo &, RequestInputs &in) { in.topN = 9; },
-        [](SQLInfo &q, RequestInputs &) { q.setTopNAsParam(true); });
-    row("order direction slot", [](SQLInfo &, RequestInputs &in) { in.orderByAscendant = false; },
-        [](SQLInfo &q, RequestInputs &in) {
-            q.setOrderByAsParam(true);
-            in.orderBy = "Total";
-        });
-}
-
-void tst_RequestBuilder::reusedCacheFollowsEveryChange()
-{
-    QFETCH(Change, prepare);
-    QFETCH(Change, change);
-    SQLInfo query = completeQuery();
-    query.setCondition("t.a = @@@P");
-    query.setUseOrderBy(true);
-    query.setTopN(3);
-    auto order = std::make_shared<OrderInfo>();
-    order->setColumn("t.a");
-    query.orderBy()->append(order);
-    tessaly::NameMap parameters;
-    parameters.setText("@@@P", "1");
-    RequestInputs in = inputs(&query, "A,Total", &parameters);
-    prepare(query, in);
-
-    RequestBuilder::Cache cache;
-    QVERIFY(RequestBuilder(in).build(cache));
-    parameters.setText("@@@P", "2"); // what the cache is for: only a value changes
-    const auto before = RequestBuilder(in).build(cache);
-    QCOMPARE(before, RequestBuilder(in).build());
-
-    change(query, in);
-    const auto fresh = RequestBuilder(in).build();
-    QVERIFY2(fresh != before, "the change should show in the request");
-    QCOMPARE(RequestBuilder(in).build(cache), fresh);
 }
 
 QTEST_APPLESS_MAIN(tst_RequestBuilder)
