@@ -25,11 +25,13 @@ void DBGetDecision::start(TSAccessor *accessor, const std::shared_ptr<dbInfo> &d
     m_table.clear();
     m_keyColumn.clear();
     m_valueColumn.clear();
+    m_tables.clear();
     m_result = std::make_shared<tessaly::NameMap>();
 }
 
-QStringList DBGetDecision::tables() const
+QStringList DBGetDecision::tables()
 {
+    m_tables.clear();
     if (!m_accessor || !m_database)
         return {};
     // The cached look-ups hang off the structure. The wizard has fetched it by now, so this
@@ -37,14 +39,17 @@ QStringList DBGetDecision::tables() const
     if (!m_accessor->GetDatabaseStructure())
         return {};
     const auto tables = m_accessor->GetTablesAt(m_database->provider(), m_database->dsn(), m_database->catalog());
-    return tables ? keys(*tables) : QStringList();
+    if (tables)
+        m_tables = keys(*tables);
+    return m_tables;
 }
 
 QStringList DBGetDecision::columns() const
 {
     QStringList entries{ QString() };
-    // No table, no question: an empty table name would ask for the catalog's tables instead.
-    if (!m_accessor || !m_database || m_table.isEmpty())
+    // The structure the look-up hangs off exists only once tables were listed; and an empty
+    // name would ask for the catalog's tables instead of a table's columns.
+    if (!m_accessor || !m_database || m_table.isEmpty() || !m_tables.contains(m_table))
         return entries;
     const auto table = m_accessor->GetTableInfoAt(m_database->provider(), m_database->dsn(),
                                                   m_database->catalog(), m_table);

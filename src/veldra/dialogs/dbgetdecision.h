@@ -24,10 +24,10 @@ public:
     // anything to be found; both must outlive the decision's use.
     void start(TSAccessor *accessor, const std::shared_ptr<dbInfo> &database);
 
-    // The tables of the database, in the service's order (nothing when it cannot say).
-    QStringList tables() const;
+    // Asks for the tables of the database, in the service's order (nothing when it cannot say).
+    QStringList tables();
     // The column entries of the chosen table: a blank entry first, so that both columns start
-    // unset, then its columns in order.
+    // unset, then its columns in order. Only a table that tables() listed is asked about.
     QStringList columns() const;
 
     const QString &table() const { return m_table; }
@@ -50,6 +50,7 @@ private:
 
     TSAccessor *m_accessor = nullptr;
     std::shared_ptr<dbInfo> m_database;
+    QStringList m_tables;
     QString m_table;
     QString m_keyColumn;
     QString m_valueColumn;
