@@ -16,6 +16,8 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace veldra {
 
 WizParamDialog::WizParamDialog(QWidget *parent) : QDialog(parent)
@@ -28,9 +30,7 @@ WizParamDialog::WizParamDialog(QWidget *parent) : QDialog(parent)
                                  { StringId::ParamListNameHeader, StringId::ParamListTypeHeader,
                                    StringId::ParamListTitleHeader },
                                  frame);
-    m_list->setMinimumSize(form::textWidth(m_list, 64), m_list->fontMetrics().lineSpacing() * 10);
-    m_list->header()->resizeSection(0, form::textWidth(m_list, 20));
-    m_list->header()->resizeSection(1, form::textWidth(m_list, 20));
+    m_list->setMinimumSize(form::textWidth(m_list, 76), m_list->fontMetrics().lineSpacing() * 10);
     QPushButton *add = form::newButton(QStringLiteral("AddButton"), StringId::ParamListAddButton, frame);
     QPushButton *modify = form::newButton(QStringLiteral("EditButton"), StringId::ParamListModifyButton, frame);
     QPushButton *remove = form::newButton(QStringLiteral("DeleteButton"), StringId::ParamListDeleteButton, frame);
@@ -112,6 +112,12 @@ void WizParamDialog::refresh()
         for (const ParamListRow &row : rows)
             items.append(new QTreeWidgetItem(QStringList{ row.name, row.type, row.title }));
         m_list->addTopLevelItems(items);
+        // Names and kinds are short: they keep their whole width, the title takes the rest.
+        for (const int column : { 0, 1 }) {
+            m_list->resizeColumnToContents(column);
+            const int width = m_list->columnWidth(column) + form::textWidth(m_list, 2);
+            m_list->setColumnWidth(column, std::max(width, form::textWidth(m_list, 16)));
+        }
         const int selected = ParamListDecision::selectedRow(rows);
         if (selected >= 0) {
             m_list->setCurrentItem(items.at(selected));
