@@ -172,6 +172,9 @@ void WizParamDialog::editParameter(const std::shared_ptr<ParamInfo> &parameter)
     dialog.setListDialog(this);
     dialog.setParameter(parameter);
     tessaly::UiService::instance().execDialog(dialog);
+    // Modify edits the held record as the person types, so even after Cancel the rows may be out
+    // of date.
+    refresh();
 }
 
 void WizParamDialog::deleteClicked()
