@@ -2,10 +2,10 @@
 
 #include "tessaly/error.h"
 #include "tessaly/uiservice.h"
+#include "veldra/dialogs/formhelpers.h"
 #include "veldra/resources/stringtable.h"
 
 #include <QApplication>
-
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -17,29 +17,12 @@
 namespace veldra {
 
 namespace {
-QLabel *newLabel(const QString &name, StringId text, QWidget *parent)
-{
-    auto *label = new QLabel(veldra::text(text), parent);
-    label->setObjectName(name);
-    return label;
-}
-
 // Read-only rather than labels: a user can select and copy the names into a report.
 QLineEdit *newValueField(const QString &name, QLabel *label, QWidget *parent)
 {
-    auto *field = new QLineEdit(parent);
-    field->setObjectName(name);
+    QLineEdit *field = form::newLineEdit(name, parent, 44, label);
     field->setReadOnly(true);
-    field->setMinimumWidth(field->fontMetrics().averageCharWidth() * 44);
-    label->setBuddy(field);
     return field;
-}
-
-QPushButton *newButton(const QString &name, StringId text, QWidget *parent)
-{
-    auto *button = new QPushButton(veldra::text(text), parent);
-    button->setObjectName(name);
-    return button;
 }
 } // namespace
 
@@ -53,7 +36,7 @@ WizDBErrorDialog::WizDBErrorDialog(QWidget *parent) : QDialog(parent)
     icon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxCritical, nullptr, this).pixmap(iconSize));
     icon->setAlignment(Qt::AlignTop);
 
-    m_label = newLabel(QStringLiteral("Label"), StringId::DBErrorDialogLabel, this);
+    m_label = form::newLabel(QStringLiteral("Label"), StringId::DBErrorDialogLabel, this);
     m_label->setWordWrap(true);
     QFont emphasised = m_label->font();
     emphasised.setBold(true);
@@ -62,7 +45,7 @@ WizDBErrorDialog::WizDBErrorDialog(QWidget *parent) : QDialog(parent)
     auto *grid = new QGridLayout;
     grid->setColumnStretch(1, 1);
     const auto addRow = [&](const QString &labelName, StringId caption, const QString &fieldName) {
-        QLabel *label = newLabel(labelName, caption, this);
+        QLabel *label = form::newLabel(labelName, caption, this);
         QLineEdit *field = newValueField(fieldName, label, this);
         const int row = grid->rowCount();
         grid->addWidget(label, row, 0);
@@ -75,11 +58,14 @@ WizDBErrorDialog::WizDBErrorDialog(QWidget *parent) : QDialog(parent)
     m_table = addRow(QStringLiteral("TableLabel"), StringId::DBErrorTableLabel, QStringLiteral("TableText"));
     m_errorCode = addRow(QStringLiteral("ErrorCodeLabel"), StringId::DBErrorCodeLabel, QStringLiteral("ErrorCodeText"));
 
-    QPushButton *ok = newButton(QStringLiteral("OKButton"), StringId::DBErrorOKButton, this);
+    QDialogButtonBox *buttons = form::newButtonBox(this);
+    QPushButton *ok = form::addButton(buttons, QStringLiteral("OKButton"), StringId::DBErrorOKButton,
+                                      QDialogButtonBox::AcceptRole);
     ok->setDefault(true);
-    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     // Has never had an action; it is there because users know the dialog with it.
-    QPushButton *detail = newButton(QStringLiteral("DetailButton"), StringId::DBErrorDetailButton, this);
+    QPushButton *detail = form::addButton(buttons, QStringLiteral("DetailButton"), StringId::DBErrorDetailButton,
+                                          QDialogButtonBox::ActionRole);
     detail->setAutoDefault(false);
 
     auto *text = new QVBoxLayout;
@@ -92,15 +78,10 @@ WizDBErrorDialog::WizDBErrorDialog(QWidget *parent) : QDialog(parent)
     top->addSpacing(8);
     top->addLayout(text, 1);
 
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(ok);
-    buttons->addWidget(detail);
-
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(top);
     layout->addSpacing(6);
-    layout->addLayout(buttons);
+    layout->addWidget(buttons);
     layout->setSizeConstraint(QLayout::SetMinimumSize);
     ok->setFocus();
 }

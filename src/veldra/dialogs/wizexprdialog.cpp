@@ -3,9 +3,9 @@
 #include "tessaly/uiservice.h"
 #include "veldra/dialogs/exprdialogdecision.h"
 #include "veldra/dialogs/expressionchecker.h"
+#include "veldra/dialogs/formhelpers.h"
 #include "veldra/resources/stringtable.h"
 
-#include <QHBoxLayout>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -26,22 +26,19 @@ WizExprDialog::WizExprDialog(QWidget *parent) : QDialog(parent)
     const QFontMetrics metrics = m_text->fontMetrics();
     m_text->setMinimumSize(metrics.averageCharWidth() * 64, metrics.lineSpacing() * 5);
 
-    auto *ok = new QPushButton(text(StringId::ExprDialogOKButton), this);
-    ok->setObjectName(QStringLiteral("OKButton"));
-    auto *cancel = new QPushButton(text(StringId::ExprDialogCancelButton), this);
-    cancel->setObjectName(QStringLiteral("CancelButton"));
+    QDialogButtonBox *buttons = form::newButtonBox(this);
+    QPushButton *ok = form::addButton(buttons, QStringLiteral("OKButton"), StringId::ExprDialogOKButton,
+                                      QDialogButtonBox::AcceptRole);
+    form::addButton(buttons, QStringLiteral("CancelButton"), StringId::ExprDialogCancelButton,
+                    QDialogButtonBox::RejectRole);
     ok->setDefault(true);
-    connect(ok, &QPushButton::clicked, this, &WizExprDialog::okClicked);
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
-
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(ok);
-    buttons->addWidget(cancel);
+    // OK checks the expression before it closes the dialog.
+    connect(buttons, &QDialogButtonBox::accepted, this, &WizExprDialog::okClicked);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_text, 1);
-    layout->addLayout(buttons);
+    layout->addWidget(buttons);
 }
 
 bool WizExprDialog::Popup(const ExpressionChecker *checker, bool editMode)

@@ -2,10 +2,16 @@
 
 // A UI service that answers in place of a person and keeps what would have been shown.
 // Install it with tessaly::UiService::setInstance, and put the default back with nullptr.
+//
+// Modal dialogs are acted on by scripts: each dialog run takes the next script queued with
+// then(), in the order the dialogs open (a dialog opened from inside a script takes the one
+// after), and `script` when the queue is empty. Messages are answered from `answers` by their
+// text, Ok otherwise.
 
 #include "tessaly/uiservice.h"
 
 #include <QDialog>
+#include <QHash>
 #include <QLabel>
 #include <QLineEdit>
 
@@ -32,10 +38,19 @@ struct DialogSeen
 class RecordingUiService final : public tessaly::UiService
 {
 public:
+    using Script = std::function<void(QDialog &)>;
+
     Answer message(const QString &text, const QString &title, Buttons buttons) override
     {
         messages.append({ text, title, buttons });
-        return Answer::Ok;
+        return answers.value(text, Answer::Ok);
+    }
+
+    // Queues the script for the next dialog that opens without one.
+    RecordingUiService &then(Script next)
+    {
+        scripts.append(std::move(next));
+        return *this;
     }
 
     // Lets the script act on the dialog as a user would, without a window, and closes it as
@@ -54,8 +69,9 @@ public:
         dialog.setResult(QDialog::Rejected);
         bool finished = false;
         const auto connection = QObject::connect(&dialog, &QDialog::finished, [&finished] { finished = true; });
-        if (script)
-            script(dialog);
+        const Script run = scripts.isEmpty() ? script : scripts.takeFirst();
+        if (run)
+            run(dialog);
         closedByScript = finished;
         QObject::disconnect(connection);
         if (!finished)
@@ -65,15 +81,23 @@ public:
 
     bool showsWindows() const override { return windows; }
     void report(const QString &title, const QStringList &lines) override { reports.append(QStringList{ title } + lines); }
-    void setBusy(bool) override {}
+    void setBusy(bool busy) override
+    {
+        busyDepth += busy ? 1 : -1;
+        busyCalls += busy ? 1 : 0;
+    }
 
     bool windows = true;
-    std::function<void(QDialog &)> script;
+    Script script;
+    QList<Script> scripts;
+    QHash<QString, Answer> answers;
 
     QList<Message> messages;
     QList<DialogSeen> dialogs;
     QList<QStringList> reports;
     bool closedByScript = false;
+    int busyDepth = 0; // back to 0 once every busy step has ended
+    int busyCalls = 0;
 };
 
 } // namespace testui

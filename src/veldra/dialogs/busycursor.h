@@ -1,0 +1,15 @@
+#pragma once
+
+namespace veldra {
+
+// The UI service's busy cursor for as long as it lives, also when a slow step raises.
+class BusyCursor
+{
+public:
+    BusyCursor();
+    ~BusyCursor();
+    BusyCursor(const BusyCursor &) = delete;
+    BusyCursor &operator=(const BusyCursor &) = delete;
+};
+
+} // namespace veldra
