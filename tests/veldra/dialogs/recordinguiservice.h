@@ -35,7 +35,7 @@ public:
     Answer message(const QString &text, const QString &title, Buttons buttons) override
     {
         messages.append({ text, title, buttons });
-        return Answer::Ok;
+        return answers.isEmpty() ? Answer::Ok : answers.takeFirst();
     }
 
     // Lets the script act on the dialog as a user would, without a window, and closes it as
@@ -65,15 +65,24 @@ public:
 
     bool showsWindows() const override { return windows; }
     void report(const QString &title, const QStringList &lines) override { reports.append(QStringList{ title } + lines); }
-    void setBusy(bool) override {}
+    void setBusy(bool busy) override
+    {
+        busyDepth += busy ? 1 : -1;
+        busyCalls += busy ? 1 : 0;
+    }
 
     bool windows = true;
     std::function<void(QDialog &)> script;
+    // The answers to the next messages, in order; a message with none left gets Ok.
+    QList<Answer> answers;
 
     QList<Message> messages;
     QList<DialogSeen> dialogs;
     QList<QStringList> reports;
     bool closedByScript = false;
+    // setBusy(true) calls so far, and how many still wait for their setBusy(false).
+    int busyCalls = 0;
+    int busyDepth = 0;
 };
 
 } // namespace testui
