@@ -60,6 +60,9 @@ frmWizard::frmWizard(QWidget *parent) : QDialog(parent)
 
     load();
     moveToStep(WizardState::DatabaseStep);
+    // Room for a statement's longer lines and a screenful of tables, in any font.
+    const QFontMetrics metrics = fontMetrics();
+    resize(QSize(metrics.averageCharWidth() * 100, metrics.lineSpacing() * 28).expandedTo(sizeHint()));
 }
 
 frmWizard::~frmWizard() = default;

@@ -13,14 +13,6 @@ void TableListModel::reload()
     endResetModel();
 }
 
-void TableListModel::toggle(const QModelIndex &index)
-{
-    if (!index.isValid())
-        return;
-    const bool checked = data(index, Qt::CheckStateRole).toInt() == Qt::Checked;
-    setData(index, checked ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
-}
-
 int TableListModel::rowCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : m_rows;

@@ -18,8 +18,6 @@ public:
 
     // The step's tables changed (it was entered again): show them.
     void reload();
-    // Flips the row's check, as a click on the row's text does.
-    void toggle(const QModelIndex &index);
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;

@@ -6,6 +6,8 @@
 
 #include <QGroupBox>
 #include <QListView>
+#include <QMouseEvent>
+#include <QStyledItemDelegate>
 #include <QVBoxLayout>
 
 namespace veldra {
@@ -19,6 +21,28 @@ public:
     ~BusyCursor() { tessaly::UiService::instance().setBusy(false); }
     BusyCursor(const BusyCursor &) = delete;
     BusyCursor &operator=(const BusyCursor &) = delete;
+};
+
+// A click anywhere on a row flips its check, on the name as on the box. The view would report
+// a click on the box as a click on the row as well, so both are handled here, once.
+class RowCheckDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    bool editorEvent(QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,
+                     const QModelIndex &index) override
+    {
+        if (event->type() == QEvent::MouseButtonRelease) {
+            const auto *mouse = static_cast<QMouseEvent *>(event);
+            if (mouse->button() != Qt::LeftButton || !option.rect.contains(mouse->position().toPoint()))
+                return false;
+            const bool checked = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+            return model->setData(index, checked ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
+        }
+        // Space still flips the current row, as the base does.
+        return QStyledItemDelegate::editorEvent(event, model, option, index);
+    }
 };
 } // namespace
 
@@ -36,6 +60,7 @@ TablePage::TablePage(WizardState &state, QWidget *parent)
     m_list->setSelectionMode(QAbstractItemView::SingleSelection);
     m_list->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_list->setModel(m_model);
+    m_list->setItemDelegate(new RowCheckDelegate(m_list));
 
     auto *frameLayout = new QVBoxLayout(frame);
     frameLayout->addWidget(m_list);
@@ -43,8 +68,6 @@ TablePage::TablePage(WizardState &state, QWidget *parent)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(frame);
 
-    // A click on the check box is the box's own; a click on the name flips it too.
-    connect(m_list, &QListView::clicked, m_model, &TableListModel::toggle);
     connect(m_model, &TableListModel::chosenChanged, this, &WizardPage::completeChanged);
 }
 

@@ -20,6 +20,8 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QStackedWidget>
+#include <QStyle>
+#include <QStyleOptionViewItem>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QtTest/qtestspontaneevent.h>
@@ -130,13 +132,21 @@ public:
         }
         return names;
     }
-    // A click on the name, not on the box: flips the check.
-    void clickTable(const QString &name) const
+    // A mouse click on a table's name, or on its check box; the wizard must be shown.
+    void clickTable(const QString &name, bool onBox = false) const
     {
         const QModelIndexList found = tables()->match(tables()->index(0, 0), Qt::DisplayRole, name, 1, Qt::MatchExactly);
         if (found.isEmpty())
             qFatal("no table %s in the list", qPrintable(name));
-        Q_EMIT find<QListView>("TableSelectList")->clicked(found.first());
+        auto *list = find<QListView>("TableSelectList");
+        list->scrollTo(found.first());
+        QStyleOptionViewItem option;
+        option.initFrom(list->viewport());
+        option.rect = list->visualRect(found.first());
+        option.features = QStyleOptionViewItem::HasCheckIndicator | QStyleOptionViewItem::HasDisplay;
+        option.text = name;
+        const auto element = onBox ? QStyle::SE_ItemViewItemCheckIndicator : QStyle::SE_ItemViewItemText;
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->style()->subElementRect(element, &option, list).center());
     }
 
     void shoot(const QString &name) const
@@ -144,7 +154,6 @@ public:
         const QString dir = qEnvironmentVariable("VELDRA_SHOTS");
         if (dir.isEmpty())
             return;
-        m_dialog.resize(m_dialog.sizeHint().expandedTo(QSize(560, 420)));
         const QString language = StringTable::language() == Language::Japanese ? "ja" : "en";
         m_dialog.grab().save(QDir(dir).filePath(name + '-' + language + ".png"));
     }
@@ -171,6 +180,7 @@ private Q_SLOTS:
     void leavingAsksFirst_data();
     void leavingAsksFirst();
     void failingTableRequestKeepsTheDatabaseStep();
+    void clickOnANameOrItsBoxFlipsTheCheckOnce();
 
 private:
     // Runs the wizard with session as the person; dialogs it opens are left to the service.
@@ -265,9 +275,7 @@ void tst_frmWizard::newQueryWalksTheFirstStepsAndQuits()
         QVERIFY(wizard.back()->isEnabled());
 
         wizard.tables()->setData(wizard.tables()->index(2, 0), Qt::Checked, Qt::CheckStateRole);
-        wizard.clickTable("customers");
-        wizard.clickTable("staff");
-        wizard.clickTable("staff");
+        wizard.tables()->setData(wizard.tables()->index(0, 0), Qt::Checked, Qt::CheckStateRole);
         QCOMPARE(wizard.tableNames(Qt::Checked), QStringList({ "customers", "orders" }));
         QVERIFY(wizard.next()->isEnabled());
         wizard.shoot("step1");
@@ -433,6 +441,30 @@ void tst_frmWizard::failingTableRequestKeepsTheDatabaseStep()
     QCOMPARE(m_ui->dialogs.size(), 2);
     QCOMPARE(m_ui->dialogs.at(1).objectName, "WizDBErrorDialog");
     QCOMPARE(m_ui->dialogs.at(1).texts.value("CatalogText"), "main");
+}
+
+void tst_frmWizard::clickOnANameOrItsBoxFlipsTheCheckOnce()
+{
+    frmWizard wizard;
+    QVERIFY(run(wizard, nullptr, [&](WizardDriver &driver) {
+        QVERIFY(driver.choose("ProviderCombo", "SQLite"));
+        QVERIFY(driver.choose("DSNCombo", "Sample"));
+        QVERIFY(driver.choose("CatalogCombo", "main"));
+        driver.next()->click();
+        wizard.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&wizard));
+        driver.clickTable("orders");
+        driver.clickTable("staff", true);
+        QCOMPARE(driver.tableNames(Qt::Checked), QStringList({ "orders", "staff" }));
+        QVERIFY(driver.next()->isEnabled());
+        driver.clickTable("orders", true);
+        driver.clickTable("staff");
+        QVERIFY(driver.tableNames(Qt::Checked).isEmpty());
+        QVERIFY(!driver.next()->isEnabled());
+        m_ui->answers = { Answer::Yes };
+        driver.quit()->click();
+    }));
+    QVERIFY(!wizard.isVisible());
 }
 
 QTEST_MAIN(tst_frmWizard)

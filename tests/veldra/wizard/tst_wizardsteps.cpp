@@ -318,7 +318,7 @@ void tst_WizardSteps::tableListShowsAndChangesTheChosenTables()
 
     QSignalSpy chosen(&model, &TableListModel::chosenChanged);
     QVERIFY(model.setData(model.index(0), Qt::Checked, Qt::CheckStateRole));
-    model.toggle(model.index(1));
+    QVERIFY(model.setData(model.index(1), Qt::Unchecked, Qt::CheckStateRole));
     QCOMPARE(checks(), QList<int>({ Qt::Checked, Qt::Unchecked, Qt::Unchecked }));
     QCOMPARE(keys(*m_state->chosenTables), QStringList{ "T1" });
     QCOMPARE(chosen.size(), 2);
