@@ -173,8 +173,6 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void startWizardShowsNothingWithoutModelOrProxy_data();
-    void startWizardShowsNothingWithoutModelOrProxy();
     void newQueryWalksTheFirstStepsAndQuits();
     void existingQueryIsFinishedIntoTheModel();
     void leavingAsksFirst_data();
@@ -223,24 +221,6 @@ bool tst_frmWizard::run(frmWizard &wizard, const std::shared_ptr<SQLInfo> &defin
         session(driver);
     };
     return wizard.StartWizard(m_component->model, m_proxy, definition);
-}
-
-void tst_frmWizard::startWizardShowsNothingWithoutModelOrProxy_data()
-{
-    QTest::addColumn<bool>("model");
-    QTest::addColumn<bool>("proxy");
-    QTest::newRow("no model") << false << true;
-    QTest::newRow("no proxy") << true << false;
-}
-
-void tst_frmWizard::startWizardShowsNothingWithoutModelOrProxy()
-{
-    QFETCH(bool, model);
-    QFETCH(bool, proxy);
-    frmWizard wizard;
-    QVERIFY(!wizard.StartWizard(model ? m_component->model : nullptr, proxy ? m_proxy : nullptr, sampleDefinition()));
-    QVERIFY(m_ui->dialogs.isEmpty());
-    QCOMPARE(m_proxy->requests, 0);
 }
 
 void tst_frmWizard::newQueryWalksTheFirstStepsAndQuits()
