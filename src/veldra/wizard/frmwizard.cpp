@@ -90,11 +90,6 @@ bool frmWizard::StartWizard(const std::shared_ptr<tessaly::zetPrimitiveModel> &m
     return true;
 }
 
-WizardPage *frmWizard::page(int step) const
-{
-    return step >= 0 && step < WizardState::StepCount ? m_pages[size_t(step)] : nullptr;
-}
-
 bool frmWizard::moveToStep(int step)
 {
     if (!showStepFrame(step))

@@ -36,7 +36,6 @@ public:
                      const std::shared_ptr<tessaly::zetVariable> &definition);
 
     const WizardState &state() const { return m_state; }
-    WizardPage *page(int step) const;
 
 protected:
     void closeEvent(QCloseEvent *event) override;
