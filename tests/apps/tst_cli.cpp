@@ -13,6 +13,8 @@ private Q_SLOTS:
     void commandsAnswerWithStatusAndMessage();
     void saveKeepsTheValuesSetForTheNextLoad();
     void runPrintsRowsFromTheSample();
+    void editRefusesWithoutWindowsAndLeavesTheDocument_data();
+    void editRefusesWithoutWindowsAndLeavesTheDocument();
 
 private:
     struct Result
@@ -21,7 +23,8 @@ private:
         QString out;
         QString err;
     };
-    Result veldra(const QStringList &arguments);
+    // Runs without a display unless platform names one.
+    Result veldra(const QStringList &arguments, const QString &platform = {});
 
     QTemporaryDir m_dir;
 };
@@ -29,12 +32,16 @@ private:
 static const QString component = QStringLiteral(VELDRA_SOURCE_DIR "/samples/sales-by-region.component.xml");
 static const QString definition = QStringLiteral(VELDRA_SOURCE_DIR "/samples/sales-by-region.xml");
 
-tst_Cli::Result tst_Cli::veldra(const QStringList &arguments)
+tst_Cli::Result tst_Cli::veldra(const QStringList &arguments, const QString &platform)
 {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("XDG_CONFIG_HOME", m_dir.path()); // no user configuration
     environment.insert("VELDRA_LANG", "en");
+    for (const char *name : { "DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM" })
+        environment.remove(name);
+    if (!platform.isEmpty())
+        environment.insert("QT_QPA_PLATFORM", platform);
     process.setProcessEnvironment(environment);
     process.start(QStringLiteral(VELDRA_BINARY), arguments);
     if (!process.waitForFinished(60000))
@@ -80,6 +87,10 @@ void tst_Cli::commandsAnswerWithStatusAndMessage_data()
     QTest::newRow("browse reports an unknown data source")
             << QStringList { "browse", "SQLite", "Nope" } << 1 << "" << "Error Code: 80045003";
     QTest::newRow("unknown command") << QStringList { "frobnicate" } << 2 << "" << "unknown command";
+    QTest::newRow("edit help needs no display") << QStringList { "edit", "--help" } << 0 << "Usage: veldra edit" << "";
+    QTest::newRow("edit wants one document") << QStringList { "edit" } << 2 << "" << "exactly one DOC";
+    QTest::newRow("edit refuses a document that is not a component")
+            << QStringList { "edit", definition } << 2 << "" << "not a component document";
 }
 
 void tst_Cli::commandsAnswerWithStatusAndMessage()
@@ -117,6 +128,33 @@ void tst_Cli::runPrintsRowsFromTheSample()
     const Result csv = veldra({ "run", component, "--set", "@@@Region='SW'", "--format", "csv" });
     QCOMPARE(csv.status, 0);
     QVERIFY(csv.out.startsWith("Region,Segment,Orders,Revenue\r\nSouth West,"));
+}
+
+void tst_Cli::editRefusesWithoutWindowsAndLeavesTheDocument_data()
+{
+    QTest::addColumn<QString>("platform");
+    QTest::addColumn<QString>("errContains");
+    QTest::newRow("no display") << "" << "no display to show the wizard on";
+    QTest::newRow("a platform without windows") << "offscreen" << "\"offscreen\" shows no windows";
+}
+
+void tst_Cli::editRefusesWithoutWindowsAndLeavesTheDocument()
+{
+    QFETCH(QString, platform);
+    QFETCH(QString, errContains);
+    const QString created = m_dir.filePath("new.component.xml");
+    const QString copy = m_dir.filePath("copy.component.xml");
+    QFile::remove(copy);
+    QVERIFY(QFile::copy(component, copy));
+    for (const QString &document : { created, copy }) {
+        const Result result = veldra({ "edit", document }, platform);
+        QCOMPARE(result.status, 1);
+        QVERIFY2(result.err.contains(errContains), qPrintable(result.err));
+    }
+    QVERIFY(!QFile::exists(created));
+    QFile original(component), kept(copy);
+    QVERIFY(original.open(QIODevice::ReadOnly) && kept.open(QIODevice::ReadOnly));
+    QCOMPARE(kept.readAll(), original.readAll());
 }
 
 QTEST_GUILESS_MAIN(tst_Cli)

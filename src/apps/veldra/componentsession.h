@@ -35,6 +35,9 @@ public:
                       std::optional<QString> *request, QString *missing);
 
     std::shared_ptr<veldra::SQLInfo> definition();
+    // The model, for callers that hold models by reference (the wizard); it lives as long as
+    // the session.
+    std::shared_ptr<tessaly::zetPrimitiveModel> model() { return { m_host, &m_model }; }
     tessaly::ModelHost &host() { return *m_host; }
 
 private:

@@ -2,10 +2,12 @@
 
 #include "tessaly/error.h"
 
+#include <QApplication>
 #include <QCommandLineParser>
-#include <QCoreApplication>
 
 #include <cstdio>
+#include <cstring>
+#include <memory>
 
 QTextStream &out()
 {
@@ -58,6 +60,8 @@ const Command commands[] = {
     { QStringLiteral("browse"), QStringLiteral("list providers, data sources, catalogs, tables or columns"), runBrowse },
     { QStringLiteral("register"), QStringLiteral("write the library's class identifiers into the registry store"),
       runRegister },
+    { QStringLiteral("edit"), QStringLiteral("open the query creation wizard on a component and save what it makes"),
+      runEdit },
 };
 
 void printUsage(QTextStream &stream)
@@ -72,7 +76,10 @@ void printUsage(QTextStream &stream)
 
 int main(int argc, char **argv)
 {
-    QCoreApplication app(argc, argv);
+    // Only the wizard needs widgets; everything else runs where there is no display at all.
+    const bool widgets = argc >= 2 && std::strcmp(argv[1], "edit") == 0 && editNeedsWidgets();
+    const std::unique_ptr<QCoreApplication> app = widgets ? std::make_unique<QApplication>(argc, argv)
+                                                          : std::make_unique<QCoreApplication>(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("veldra"));
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() < 2 || arguments.at(1) == u"--help" || arguments.at(1) == u"-h") {

@@ -43,7 +43,9 @@ public:
     Answer message(const QString &text, const QString &title, Buttons buttons) override
     {
         messages.append({ text, title, buttons });
-        return answers.value(text, Answer::Ok);
+        if (answers.contains(text))
+            return answers.value(text);
+        return answerQueue.isEmpty() ? Answer::Ok : answerQueue.takeFirst();
     }
 
     // Queues the script for the next dialog that opens without one.
@@ -90,14 +92,18 @@ public:
     bool windows = true;
     Script script;
     QList<Script> scripts;
+    // The answer to a message by its text; messages not named here take the next answer of
+    // answerQueue, and Ok when none is left.
     QHash<QString, Answer> answers;
+    QList<Answer> answerQueue;
 
     QList<Message> messages;
     QList<DialogSeen> dialogs;
     QList<QStringList> reports;
     bool closedByScript = false;
-    int busyDepth = 0; // back to 0 once every busy step has ended
+    // setBusy(true) calls so far, and how many still wait for their setBusy(false).
     int busyCalls = 0;
+    int busyDepth = 0;
 };
 
 } // namespace testui

@@ -1,0 +1,112 @@
+#include "veldra/wizard/databasestep.h"
+
+#include "tessaly/namemap.h"
+#include "veldra/records/dbinfo.h"
+#include "veldra/records/sqlinfo.h"
+#include "veldra/resources/stringtable.h"
+#include "veldra/service/tsaccessor.h"
+#include "veldra/wizard/wizardstate.h"
+
+namespace veldra {
+
+namespace {
+QStringList keys(const std::shared_ptr<tessaly::NameMap> &map)
+{
+    QStringList names;
+    if (!map)
+        return names;
+    names.reserve(map->count());
+    for (int i = 0; i < map->count(); ++i)
+        names.append(map->key(i));
+    return names;
+}
+} // namespace
+
+void DatabaseStep::initialize()
+{
+    fillProviderList();
+    fillDataSourceList();
+    fillCatalogList();
+}
+
+StepChoices DatabaseStep::providers() const
+{
+    return choices(m_providers, m_state.provider);
+}
+
+StepChoices DatabaseStep::dataSources() const
+{
+    return choices(m_dataSources, m_state.dsn);
+}
+
+StepChoices DatabaseStep::catalogs() const
+{
+    return choices(m_catalogs, m_state.catalog);
+}
+
+bool DatabaseStep::chooseProvider(const QString &entry)
+{
+    if (entry == m_state.provider)
+        return false;
+    m_state.provider = entry;
+    fillDataSourceList();
+    fillCatalogList();
+    return true;
+}
+
+bool DatabaseStep::chooseDataSource(const QString &entry)
+{
+    if (entry == m_state.dsn)
+        return false;
+    m_state.dsn = entry;
+    fillCatalogList();
+    return true;
+}
+
+void DatabaseStep::chooseCatalog(const QString &entry)
+{
+    m_state.catalog = entry;
+}
+
+StepChoices DatabaseStep::choices(const QStringList &entries, const QString &chosen)
+{
+    // An empty choice selects nothing, even if the service lists an empty name.
+    return { entries, chosen.isEmpty() ? -1 : int(entries.indexOf(chosen)) };
+}
+
+void DatabaseStep::fillProviderList()
+{
+    TSAccessor *accessor = m_state.accessor();
+    m_providers = accessor ? keys(accessor->GetDatabaseStructure()) : QStringList();
+    const QString &wanted = m_state.definition()->dbInfo()->provider();
+    m_state.provider = m_providers.contains(wanted) ? wanted : QString();
+}
+
+void DatabaseStep::fillDataSourceList()
+{
+    m_dataSources.clear();
+    m_dataSourceNames.clear();
+    // Only what the structure listed is asked for: anything else would be a request bound to
+    // fail, and a failure the person has to click away.
+    if (m_providers.contains(m_state.provider)) {
+        TSAccessor &accessor = *m_state.accessor();
+        m_dataSourceNames = keys(accessor.GetDSNsAt(m_state.provider));
+        const QString marker = text(StringId::UnavailableMarker);
+        for (const QString &name : std::as_const(m_dataSourceNames))
+            m_dataSources.append(accessor.GetCatalogsAt(m_state.provider, name) ? name : name + marker);
+    }
+    const qsizetype wanted = m_dataSourceNames.indexOf(m_state.definition()->dbInfo()->dsn());
+    m_state.dsn = wanted >= 0 ? m_dataSources.at(wanted) : QString();
+}
+
+void DatabaseStep::fillCatalogList()
+{
+    // A marked data source is not among the names, so it has no catalogs without asking.
+    m_catalogs = m_dataSourceNames.contains(m_state.dsn)
+            ? keys(m_state.accessor()->GetCatalogsAt(m_state.provider, m_state.dsn))
+            : QStringList();
+    const QString &wanted = m_state.definition()->dbInfo()->catalog();
+    m_state.catalog = m_catalogs.contains(wanted) ? wanted : QString();
+}
+
+} // namespace veldra

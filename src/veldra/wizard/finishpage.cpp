@@ -1,0 +1,39 @@
+#include "veldra/wizard/finishpage.h"
+
+#include "veldra/records/sqlinfo.h"
+#include "veldra/records/statementtext.h"
+#include "veldra/resources/stringtable.h"
+#include "veldra/wizard/wizardstate.h"
+
+#include <QFontDatabase>
+#include <QGroupBox>
+#include <QPlainTextEdit>
+#include <QVBoxLayout>
+
+namespace veldra {
+
+FinishPage::FinishPage(WizardState &state, QWidget *parent) : WizardPage(state, parent)
+{
+    auto *frame = new QGroupBox(text(StringId::FinalStepCaption), this);
+    frame->setObjectName(QStringLiteral("FinishFrame"));
+    m_text = new QPlainTextEdit(frame);
+    m_text->setObjectName(QStringLiteral("FinishResultText"));
+    m_text->setReadOnly(true);
+    m_text->setLineWrapMode(QPlainTextEdit::NoWrap);
+    // The statement's indents line up only in a fixed-width font.
+    m_text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+
+    auto *frameLayout = new QVBoxLayout(frame);
+    frameLayout->addWidget(m_text);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(frame);
+}
+
+bool FinishPage::prepare()
+{
+    m_text->setPlainText(statementText(*state().definition()));
+    return true;
+}
+
+} // namespace veldra
