@@ -3,6 +3,7 @@
 #include "tessaly/namemap.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 
@@ -82,6 +83,9 @@ public:
     qint32 lastRowCount = 0;
     bool ascending = true;
     QString orderColumn;
+    // The checked items of the GROUP BY list; they reach the definition only when the person
+    // goes forward to the last step.
+    QStringList groupByChecked;
 
 private:
     std::shared_ptr<tessaly::zetPrimitiveModel> m_model;
