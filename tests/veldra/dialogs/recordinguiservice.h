@@ -35,7 +35,7 @@ public:
     Answer message(const QString &text, const QString &title, Buttons buttons) override
     {
         messages.append({ text, title, buttons });
-        return Answer::Ok;
+        return answers.isEmpty() ? Answer::Ok : answers.takeFirst();
     }
 
     // Lets the script act on the dialog as a user would, without a window, and closes it as
@@ -69,6 +69,8 @@ public:
 
     bool windows = true;
     std::function<void(QDialog &)> script;
+    // The answers to the next messages, in order; OK once they have run out.
+    QList<Answer> answers;
 
     QList<Message> messages;
     QList<DialogSeen> dialogs;
