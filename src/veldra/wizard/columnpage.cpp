@@ -86,6 +86,12 @@ ColumnPage::ColumnPage(WizardState &state, QWidget *parent) : WizardPage(state, 
                                  { StringId::SelectAliasHeader, StringId::SelectTypeHeader,
                                    StringId::SelectColumnQueryHeader },
                                  selectFrame);
+    // The display name takes what the alias and the type leave; all three stay in sight.
+    const int averageChar = m_selectList->fontMetrics().averageCharWidth();
+    QHeaderView *header = m_selectList->header();
+    header->setSectionResizeMode(TypeColumn, QHeaderView::ResizeToContents);
+    header->resizeSection(AliasColumn, averageChar * 12);
+    m_selectList->setMinimumWidth(averageChar * 36);
     auto *aliasDelegate = new InlineEditDelegate(AliasColumn, m_selectList);
     allowInlineEdit(m_selectList, aliasDelegate);
     m_upButton = newButton(QStringLiteral("SelectUpButton"), StringId::SelectUpButton, selectFrame);
