@@ -13,25 +13,9 @@ class tst_ConditionStep : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void columnItemsShowTheAliasWithTheSelectionNameAsKey();
     void insertionsReplaceTheSelection_data();
     void insertionsReplaceTheSelection();
 };
-
-void tst_ConditionStep::columnItemsShowTheAliasWithTheSelectionNameAsKey()
-{
-    auto query = std::make_shared<SQLInfo>();
-    addTable(*query, "T", { "Amount", "Price=Cost" });
-    WizardState state;
-    testwizard::start(state, query);
-    const QList<ConditionStep::ColumnItem> items = ConditionStep(state).columnItems("T");
-    QCOMPARE(items.size(), 2);
-    QCOMPARE(items[0].text, "Amount");
-    QCOMPARE(items[0].key, QString());
-    QCOMPARE(items[1].text, "Cost");
-    QCOMPARE(items[1].key, "T.Price");
-    QVERIFY(ConditionStep(state).columnItems("missing").isEmpty());
-}
 
 void tst_ConditionStep::insertionsReplaceTheSelection_data()
 {

@@ -34,7 +34,6 @@ class tst_GroupOrderStep : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void rowCountCheckRestoresTheLastCountTyped();
     void rowCountText_data();
     void rowCountText();
     void orderingControlsFollowTheSwitches_data();
@@ -43,29 +42,6 @@ private Q_SLOTS:
     void storeWritesGroupingAndOrdering();
     void openingTakesTheFixedOrderAndForgetsAStaleColumn();
 };
-
-void tst_GroupOrderStep::rowCountCheckRestoresTheLastCountTyped()
-{
-    WizardState state;
-    testwizard::start(state, sampleQuery());
-    GroupOrderStep step(state);
-    step.initialize();
-    step.prepare();
-    QVERIFY(!step.rowCountOn());
-    QVERIFY(!step.rowCountEnabled());
-
-    step.setRowCountOn(true);
-    QCOMPARE(state.definition()->topN(), GroupOrderStep::DefaultRowCount);
-    QVERIFY(step.setRowCountText("25"));
-    QVERIFY(!step.setRowCountText("25 rows"));
-    QCOMPARE(state.definition()->topN(), 25);
-    step.setRowCountOn(false);
-    QCOMPARE(state.definition()->topN(), 0);
-    QVERIFY(!step.rowCountEnabled());
-    step.setRowCountOn(true);
-    QCOMPARE(state.definition()->topN(), 25);
-    QCOMPARE(step.rowCountText(), "25");
-}
 
 void tst_GroupOrderStep::rowCountText_data()
 {
