@@ -138,11 +138,9 @@ void tst_WizardPages::columnPageInsertsAndRemovesItems()
     selectList->setCurrentItem(selectList->topLevelItem(0));
     QVERIFY(!child<QPushButton>(page, "SelectUpButton")->isEnabled());
     child<QPushButton>(page, "SelectDownButton")->click();
-    QCOMPARE(column(selectList, 2).mid(0, 2), QStringList({ "orders.amount", "orders.id" }));
     child<QPushButton>(page, "SelectRemoveButton")->click();
-    QCOMPARE(column(selectList, 2),
-             QStringList({ "orders.amount", "SUM(amount)", "customers.name", "COUNT(*)" }));
-    QCOMPARE(selectList->currentItem()->text(2), "SUM(amount)");
+    QCOMPARE(column(selectList, 2), QStringList({ "orders.amount", "SUM(amount)", "customers.name", "COUNT(*)" }));
+    QCOMPARE(selectList->currentItem()->text(2), "SUM(amount)"); // the row that took its place
     QVERIFY(completeChanged.count() >= 3);
     QVERIFY(m_ui->messages.isEmpty());
 }
@@ -289,6 +287,9 @@ void tst_WizardPages::groupOrderPageEnablesWhatTheSwitchesAllow()
     topnCheck->click();
     QCOMPARE(m_state->definition()->topN(), 0);
     QVERIFY(!child<QLabel>(page, "GrpOrdTopnLabel")->isEnabled());
+    topnCheck->click();
+    QCOMPARE(topnText->text(), "30");
+    QCOMPARE(m_state->definition()->topN(), 30);
 
     auto *groupList = child<QListWidget>(page, "GrpOrdGroupList");
     QVERIFY(!groupList->isEnabled());
