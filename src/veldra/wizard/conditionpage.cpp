@@ -55,6 +55,7 @@ ConditionPage::ConditionPage(WizardState &state, QWidget *parent) : WizardPage(s
     m_conditionText = new QPlainTextEdit(conditionFrame);
     m_conditionText->setObjectName(QStringLiteral("ConditionText"));
     m_conditionText->setTabChangesFocus(true);
+    m_conditionText->setLineWrapMode(QPlainTextEdit::WidgetWidth);
     auto *conditionLayout = new QVBoxLayout(conditionFrame);
     conditionLayout->addWidget(m_conditionText);
 
