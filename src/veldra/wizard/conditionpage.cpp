@@ -1,6 +1,9 @@
 #include "veldra/wizard/conditionpage.h"
 
+#include "tessaly/uiservice.h"
+#include "veldra/dialogs/wizparamdialog.h"
 #include "veldra/wizard/pagehelpers.h"
+#include "veldra/wizard/wizardstate.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -71,6 +74,7 @@ ConditionPage::ConditionPage(WizardState &state, QWidget *parent) : WizardPage(s
     connect(m_tableCombo, &QComboBox::currentIndexChanged, this,
             [this] { guarded("CondTableCombo", [this] { fillColumnList(); }); });
     connect(addButton, &QPushButton::clicked, this, &ConditionPage::insertColumn);
+    connect(paramButton, &QPushButton::clicked, this, &ConditionPage::openParameterDialog);
     connect(m_columnList, &QListWidget::itemDoubleClicked, this, &ConditionPage::insertColumn);
     connect(m_conditionText, &QPlainTextEdit::textChanged, this, [this] {
         guarded("ConditionText", [this] { m_step.setCondition(m_conditionText->toPlainText()); });
@@ -144,6 +148,17 @@ void ConditionPage::insertColumn()
 void ConditionPage::insertToken(int index)
 {
     guarded("CondItemButton", [this, index] { apply(m_step.insertToken(index, selectionStart(), selectionEnd())); });
+}
+
+void ConditionPage::openParameterDialog()
+{
+    guarded("CondParamButton", [this] {
+        WizParamDialog dialog(this);
+        dialog.setInsertParameterToken([this](const QString &name) { insertParameterToken(name); });
+        dialog.setQueryDefinition(state().definition());
+        dialog.setAccessor(state().accessor());
+        tessaly::UiService::instance().execDialog(dialog);
+    });
 }
 
 void ConditionPage::apply(const ConditionStep::Insertion &insertion)

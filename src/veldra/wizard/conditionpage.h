@@ -31,6 +31,7 @@ private:
     void showCondition();
     void insertColumn();
     void insertToken(int index);
+    void openParameterDialog();
     void apply(const ConditionStep::Insertion &insertion);
     int selectionStart() const;
     int selectionEnd() const;

@@ -86,6 +86,7 @@ private Q_SLOTS:
     void columnPageEditsALongExpressionInTheDialog_data();
     void columnPageEditsALongExpressionInTheDialog();
     void conditionPageInsertsAtTheCaretAndStoresEveryChange();
+    void conditionPageOpensTheParameterDialog();
     void groupOrderPageEnablesWhatTheSwitchesAllow();
 
 private:
@@ -265,6 +266,15 @@ void tst_WizardPages::conditionPageInsertsAtTheCaretAndStoresEveryChange()
 
     text->clear();
     QCOMPARE(m_state->definition()->condition(), QString());
+}
+
+void tst_WizardPages::conditionPageOpensTheParameterDialog()
+{
+    ConditionPage page(*m_state);
+    QVERIFY(page.prepare());
+    child<QPushButton>(page, "CondParamButton")->click();
+    QCOMPARE(m_ui->dialogs.size(), 1);
+    QCOMPARE(m_ui->dialogs[0].objectName, "WizParamDialog");
 }
 
 void tst_WizardPages::groupOrderPageEnablesWhatTheSwitchesAllow()
