@@ -98,6 +98,13 @@ GroupOrderPage::GroupOrderPage(WizardState &state, QWidget *parent) : WizardPage
         m_step.setGroupByOn(on);
         m_groupList->setEnabled(on);
     });
+    // A click on an item's text flips its check, as a click on the box does.
+    connect(m_groupList, &QListWidget::itemPressed, this,
+            [this](QListWidgetItem *item) { m_pressedCheck = item->checkState(); });
+    connect(m_groupList, &QListWidget::itemClicked, this, [this](QListWidgetItem *item) {
+        if (item->checkState() == m_pressedCheck)
+            item->setCheckState(m_pressedCheck == Qt::Checked ? Qt::Unchecked : Qt::Checked);
+    });
     connect(m_groupList, &QListWidget::itemChanged, this, [this](QListWidgetItem *item) {
         m_step.setGroupItemChecked(item->text(), item->checkState() == Qt::Checked);
     });

@@ -49,6 +49,7 @@ private:
     QRadioButton *m_ascending;
     QRadioButton *m_descending;
     QCheckBox *m_orderParamCheck;
+    Qt::CheckState m_pressedCheck = Qt::Unchecked;
 };
 
 } // namespace veldra

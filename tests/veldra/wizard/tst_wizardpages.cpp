@@ -283,6 +283,8 @@ void tst_WizardPages::groupOrderPageEnablesWhatTheSwitchesAllow()
     page.initialize();
     QSignalSpy completeChanged(&page, &WizardPage::completeChanged);
     QVERIFY(page.prepare());
+    page.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&page));
     auto *topnCheck = child<QCheckBox>(page, "GrpOrdTopnCheck");
     auto *topnText = child<QLineEdit>(page, "GrpOrdTopnText");
     QVERIFY(!topnCheck->isChecked());
@@ -305,8 +307,14 @@ void tst_WizardPages::groupOrderPageEnablesWhatTheSwitchesAllow()
     QVERIFY(!groupList->isEnabled());
     child<QCheckBox>(page, "GrpOrdGroupCheck")->click();
     QVERIFY(groupList->isEnabled());
-    groupList->item(1)->setCheckState(Qt::Checked);
+    // On the text and on the box alike, one click is one flip.
+    const QRect text = groupList->visualItemRect(groupList->item(1));
+    QTest::mouseClick(groupList->viewport(), Qt::LeftButton, {}, text.center());
     QCOMPARE(m_state->groupByChecked, QStringList{ "orders.amount" });
+    const QRect box = groupList->visualItemRect(groupList->item(2));
+    QTest::mouseClick(groupList->viewport(), Qt::LeftButton, {}, QPoint(box.left() + box.height() / 2, box.center().y()));
+    QTest::mouseClick(groupList->viewport(), Qt::LeftButton, {}, text.center());
+    QCOMPARE(m_state->groupByChecked, QStringList{ "SUM(amount)" });
 
     auto *combo = child<QComboBox>(page, "GrpOrdOrderCombo");
     auto *descending = child<QRadioButton>(page, "OrderByOption_1");
@@ -326,7 +334,7 @@ void tst_WizardPages::groupOrderPageEnablesWhatTheSwitchesAllow()
     QVERIFY(completeChanged.count() >= 3);
 
     GroupOrderStep(*m_state).store();
-    QCOMPARE(m_state->definition()->groupBy()->items(), QStringList{ "orders.amount" });
+    QCOMPARE(m_state->definition()->groupBy()->items(), QStringList{ "SUM(amount)" });
     QCOMPARE(m_state->definition()->orderBy()->count(), 3);
 }
 
