@@ -303,6 +303,20 @@ void tst_WizardPages::groupOrderPageEnablesWhatTheSwitchesAllow()
     QCOMPARE(topnText->text(), "30");
     QCOMPARE(m_state->definition()->topN(), 30);
 
+    // A count below 1 cannot be left in the box.
+    page.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&page));
+    topnText->setFocus();
+    topnText->selectAll();
+    QTest::keyClicks(topnText, "0");
+    topnCheck->setFocus();
+    QTRY_VERIFY(topnText->hasFocus());
+    QTest::keyClicks(topnText, "5");
+    topnCheck->setFocus();
+    QTest::qWait(10);
+    QVERIFY(topnCheck->hasFocus());
+    QCOMPARE(m_state->definition()->topN(), 5);
+
     auto *groupList = child<QListWidget>(page, "GrpOrdGroupList");
     QVERIFY(!groupList->isEnabled());
     child<QCheckBox>(page, "GrpOrdGroupCheck")->click();
