@@ -1,5 +1,6 @@
 #include "veldra/dialogs/formhelpers.h"
 
+#include <QCheckBox>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
@@ -41,6 +42,13 @@ QRadioButton *newRadioButton(const QString &objectName, StringId caption, QWidge
     auto *button = new QRadioButton(text(caption), parent);
     button->setObjectName(objectName);
     return button;
+}
+
+QCheckBox *newCheckBox(const QString &objectName, StringId caption, QWidget *parent)
+{
+    auto *box = new QCheckBox(text(caption), parent);
+    box->setObjectName(objectName);
+    return box;
 }
 
 QGroupBox *newGroupBox(const QString &objectName, StringId caption, QWidget *parent)

@@ -6,6 +6,7 @@
 
 #include <functional>
 
+class QCheckBox;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
@@ -24,6 +25,7 @@ QLabel *newLabel(const QString &objectName, StringId caption, QWidget *parent);
 QLabel *newValueLabel(const QString &objectName, QWidget *parent);
 QPushButton *newButton(const QString &objectName, StringId caption, QWidget *parent);
 QRadioButton *newRadioButton(const QString &objectName, StringId caption, QWidget *parent);
+QCheckBox *newCheckBox(const QString &objectName, StringId caption, QWidget *parent);
 QGroupBox *newGroupBox(const QString &objectName, StringId caption, QWidget *parent);
 // A line edit wide enough for about `characters` average characters; the label, when given,
 // becomes its buddy.

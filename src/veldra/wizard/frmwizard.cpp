@@ -5,8 +5,12 @@
 #include "veldra/dialogs/wizdberrordialog.h"
 #include "veldra/resources/stringtable.h"
 #include "veldra/service/tsaccessor.h"
+#include "veldra/wizard/columnpage.h"
+#include "veldra/wizard/conditionpage.h"
 #include "veldra/wizard/databasepage.h"
 #include "veldra/wizard/finishpage.h"
+#include "veldra/wizard/grouporderpage.h"
+#include "veldra/wizard/grouporderstep.h"
 #include "veldra/wizard/tablepage.h"
 
 #include <QCloseEvent>
@@ -25,9 +29,9 @@ frmWizard::frmWizard(QWidget *parent) : QDialog(parent)
     m_pages[WizardState::DatabaseStep] = new DatabasePage(m_state, this);
     m_pages[WizardState::TableStep] = new TablePage(m_state, this);
     // The column, condition and grouping pages take these places.
-    m_pages[WizardState::ColumnStep] = new WizardPage(m_state, this);
-    m_pages[WizardState::ConditionStep] = new WizardPage(m_state, this);
-    m_pages[WizardState::GroupOrderStep] = new WizardPage(m_state, this);
+    m_pages[WizardState::ColumnStep] = new ColumnPage(m_state, this);
+    m_pages[WizardState::ConditionStep] = new ConditionPage(m_state, this);
+    m_pages[WizardState::GroupOrderStep] = new GroupOrderPage(m_state, this);
     m_pages[WizardState::FinishStep] = new FinishPage(m_state, this);
 
     // The steps lie on a stack rather than side by side off-screen: only the current one is
@@ -124,8 +128,7 @@ bool frmWizard::prepareStep(int step)
 
 void frmWizard::storeGroupOrder()
 {
-    // The one place where step 4 hands its grouping and ordering to the definition; a
-    // placeholder page has nothing to hand.
+    GroupOrderStep(m_state).store();
 }
 
 void frmWizard::updateNext()

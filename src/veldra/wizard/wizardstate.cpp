@@ -8,7 +8,7 @@
 
 namespace veldra {
 
-WizardState::WizardState() = default;
+WizardState::WizardState() : m_definition(std::make_shared<SQLInfo>()) { }
 WizardState::~WizardState() = default;
 
 bool WizardState::start(const std::shared_ptr<tessaly::zetPrimitiveModel> &model,
@@ -25,8 +25,6 @@ bool WizardState::start(const std::shared_ptr<tessaly::zetPrimitiveModel> &model
                                  QStringLiteral("the definition to edit is not a query definition"));
         m_definition = std::move(copy);
     }
-    else if (!m_definition)
-        m_definition = std::make_shared<SQLInfo>();
     if (!m_accessor) {
         m_accessor = std::make_unique<TSAccessor>();
         m_accessor->setTsProxy(proxy);

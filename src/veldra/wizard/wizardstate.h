@@ -3,6 +3,7 @@
 #include "tessaly/namemap.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 
@@ -41,7 +42,7 @@ public:
 
     // The windowless part of StartWizard: false (and nothing kept) without a model or a proxy.
     // A definition passed in is copied, never edited in place; without one, the working copy of
-    // the last run is kept, or a new empty one made. The accessor is made on the first call and
+    // the last run is kept (an empty one at first). The accessor is made on the first call and
     // kept, so a later proxy is not used.
     bool start(const std::shared_ptr<tessaly::zetPrimitiveModel> &model,
                const std::shared_ptr<tessaly::ServiceProxy> &proxy,
@@ -82,9 +83,13 @@ public:
     qint32 lastRowCount = 0;
     bool ascending = true;
     QString orderColumn;
+    // The checked items of the GROUP BY list; they reach the definition only when the person
+    // goes forward to the last step.
+    QStringList groupByChecked;
 
 private:
     std::shared_ptr<tessaly::zetPrimitiveModel> m_model;
+    // Never null, so the pages can be built and shown before the first start().
     std::shared_ptr<SQLInfo> m_definition;
     std::unique_ptr<TSAccessor> m_accessor;
     int m_currentStep = DatabaseStep;

@@ -1,0 +1,400 @@
+#include "veldra/wizard/columnpage.h"
+
+#include "tessaly/uiservice.h"
+#include "veldra/dialogs/wizexprdialog.h"
+#include "veldra/wizard/inlineeditdelegate.h"
+#include "veldra/dialogs/formhelpers.h"
+
+#include <QComboBox>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+namespace veldra {
+
+using namespace form;
+using tessaly::UiService;
+
+namespace {
+
+enum SelectColumn { AliasColumn, TypeColumn, NameColumn };
+
+// Items are edited in place only where the page allows it, and never by a double-click: that
+// inserts or removes.
+void allowInlineEdit(QTreeWidget *list, InlineEditDelegate *delegate)
+{
+    list->setItemDelegate(delegate);
+    list->setEditTriggers(QAbstractItemView::SelectedClicked | QAbstractItemView::EditKeyPressed);
+}
+
+} // namespace
+
+ColumnPage::ColumnPage(WizardState &state, QWidget *parent) : WizardPage(state, parent), m_step(state)
+{
+    setObjectName(QStringLiteral("ColumnPage"));
+
+    // The source of new items: the chosen tables' columns and the free expressions.
+    auto *sourceFrame = newGroupBox(QStringLiteral("SelectColumnListFrame"), StringId::SourceFrameCaption, this);
+    m_tabs = new QTabWidget(sourceFrame);
+    m_tabs->setObjectName(QStringLiteral("ColExprTab"));
+
+    auto *columnTab = new QWidget(m_tabs);
+    auto *tableLabel = newLabel(QStringLiteral("SelectTableComboLabel"), StringId::SelectTableLabel, columnTab);
+    m_tableCombo = new QComboBox(columnTab);
+    m_tableCombo->setObjectName(QStringLiteral("SelectTableCombo"));
+    tableLabel->setBuddy(m_tableCombo);
+    m_columnList = newReportList(QStringLiteral("SelectColumnList"), { StringId::ColumnListHeader }, columnTab);
+    auto *tableRow = new QHBoxLayout;
+    tableRow->addWidget(tableLabel);
+    tableRow->addWidget(m_tableCombo, 1);
+    auto *columnLayout = new QVBoxLayout(columnTab);
+    columnLayout->addLayout(tableRow);
+    columnLayout->addWidget(m_columnList, 1);
+
+    auto *functionTab = new QWidget(m_tabs);
+    m_exprList = newReportList(QStringLiteral("SelectExprList"), { StringId::FunctionListHeader }, functionTab);
+    auto *exprDelegate = new InlineEditDelegate(0, m_exprList);
+    allowInlineEdit(m_exprList, exprDelegate);
+    auto *addButton = newButton(QStringLiteral("ExprAddButton"), StringId::ExprAddButton, functionTab);
+    m_exprEditButton = newButton(QStringLiteral("ExprEditButton"), StringId::ExprModifyButton, functionTab);
+    m_exprDeleteButton = newButton(QStringLiteral("ExprDeleteButton"), StringId::ExprDeleteButton, functionTab);
+    auto *exprButtons = new QHBoxLayout;
+    exprButtons->addStretch(1);
+    exprButtons->addWidget(addButton);
+    exprButtons->addWidget(m_exprEditButton);
+    exprButtons->addWidget(m_exprDeleteButton);
+    auto *functionLayout = new QVBoxLayout(functionTab);
+    functionLayout->addWidget(m_exprList, 1);
+    functionLayout->addLayout(exprButtons);
+
+    m_tabs->addTab(columnTab, text(StringId::ColumnTab));
+    m_tabs->addTab(functionTab, text(StringId::FunctionTab));
+    auto *sourceLayout = new QVBoxLayout(sourceFrame);
+    sourceLayout->addWidget(m_tabs);
+
+    // Between the two frames: what moves items from the source into the select list and back.
+    m_insertButton = newButton(QStringLiteral("SelectInsertButton"), StringId::SelectInsertButton, this);
+    m_removeButton = newButton(QStringLiteral("SelectRemoveButton"), StringId::SelectRemoveButton, this);
+    auto *moveButtons = new QVBoxLayout;
+    moveButtons->addStretch(1);
+    moveButtons->addWidget(m_insertButton);
+    moveButtons->addWidget(m_removeButton);
+    moveButtons->addStretch(1);
+
+    auto *selectFrame = newGroupBox(QStringLiteral("SelectFrame"), StringId::SelectFrameCaption, this);
+    m_selectList = newReportList(QStringLiteral("SelectList"),
+                                 { StringId::SelectAliasHeader, StringId::SelectTypeHeader,
+                                   StringId::SelectColumnQueryHeader },
+                                 selectFrame);
+    // The display name takes what the alias and the type leave; all three stay in sight.
+    const int averageChar = m_selectList->fontMetrics().averageCharWidth();
+    QHeaderView *header = m_selectList->header();
+    header->setSectionResizeMode(TypeColumn, QHeaderView::ResizeToContents);
+    header->resizeSection(AliasColumn, averageChar * 12);
+    m_selectList->setMinimumWidth(averageChar * 36);
+    auto *aliasDelegate = new InlineEditDelegate(AliasColumn, m_selectList);
+    allowInlineEdit(m_selectList, aliasDelegate);
+    m_upButton = newButton(QStringLiteral("SelectUpButton"), StringId::SelectUpButton, selectFrame);
+    m_downButton = newButton(QStringLiteral("SelectDownButton"), StringId::SelectDownButton, selectFrame);
+    auto *orderButtons = new QVBoxLayout;
+    orderButtons->addStretch(1);
+    orderButtons->addWidget(m_upButton);
+    orderButtons->addWidget(m_downButton);
+    orderButtons->addStretch(1);
+    auto *selectLayout = new QHBoxLayout(selectFrame);
+    selectLayout->addWidget(m_selectList, 1);
+    selectLayout->addLayout(orderButtons);
+
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(sourceFrame, 2);
+    layout->addLayout(moveButtons);
+    layout->addWidget(selectFrame, 3);
+
+    connect(m_tableCombo, &QComboBox::currentIndexChanged, this,
+            [this] { guarded("SelectTableCombo", [this] { fillColumnList(); }); });
+    connect(m_tabs, &QTabWidget::currentChanged, this, &ColumnPage::updateButtons);
+    connect(m_columnList, &QTreeWidget::currentItemChanged, this, &ColumnPage::updateButtons);
+    connect(m_columnList, &QTreeWidget::itemDoubleClicked, this, &ColumnPage::insertClicked);
+    connect(m_exprList, &QTreeWidget::itemDoubleClicked, this, &ColumnPage::insertClicked);
+    connect(m_exprList, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem *item) {
+        m_step.setSelectedExpression(item ? item->text(0) : QString());
+        updateButtons();
+    });
+    connect(m_selectList, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem *item) {
+        m_step.setSelectedName(item ? item->text(NameColumn) : QString());
+        updateButtons();
+    });
+    connect(m_selectList, &QTreeWidget::itemDoubleClicked, this, &ColumnPage::removeClicked);
+    connect(m_insertButton, &QPushButton::clicked, this, &ColumnPage::insertClicked);
+    connect(m_removeButton, &QPushButton::clicked, this, &ColumnPage::removeClicked);
+    connect(m_upButton, &QPushButton::clicked, this, [this] { moveClicked(-1); });
+    connect(m_downButton, &QPushButton::clicked, this, [this] { moveClicked(1); });
+    connect(addButton, &QPushButton::clicked, this, &ColumnPage::addExpression);
+    connect(m_exprEditButton, &QPushButton::clicked, this, &ColumnPage::modifyExpression);
+    connect(m_exprDeleteButton, &QPushButton::clicked, this, &ColumnPage::deleteExpression);
+
+    connect(aliasDelegate, &InlineEditDelegate::edited, this, &ColumnPage::aliasEdited);
+    exprDelegate->setStartHandler([this](const QModelIndex &index) {
+        const QString expression = index.data().toString();
+        switch (m_step.startExpressionEdit(expression)) {
+        case ColumnStep::ExpressionEditStart::AskForDialog:
+            // Asked once the view is done refusing the editor.
+            QMetaObject::invokeMethod(this, [this, expression] { askForExpressionDialog(expression); },
+                                      Qt::QueuedConnection);
+            return InlineEditDelegate::Start::Refuse;
+        case ColumnStep::ExpressionEditStart::InlineFromEmpty:
+            return InlineEditDelegate::Start::FromEmpty;
+        case ColumnStep::ExpressionEditStart::Inline:
+            break;
+        }
+        return InlineEditDelegate::Start::FromText;
+    });
+    connect(exprDelegate, &InlineEditDelegate::edited, this,
+            [this](int, const QString &oldText, const QString &newText) { expressionEdited(oldText, newText); });
+
+    updateButtons();
+}
+
+void ColumnPage::initialize()
+{
+    m_step.setSelectedName(QString());
+    m_step.setSelectedExpression(QString());
+    m_tabs->setCurrentIndex(0);
+}
+
+bool ColumnPage::prepare()
+{
+    UiService &ui = UiService::instance();
+    ui.setBusy(true);
+    bool prepared = false;
+    guarded("ColumnPage", [&] {
+        if (!m_step.prepare())
+            return;
+        const QString shown = m_tableCombo->currentText();
+        {
+            const QSignalBlocker blocker(m_tableCombo);
+            m_tableCombo->clear();
+            m_tableCombo->addItems(m_step.tableNames());
+            m_tableCombo->setCurrentIndex(std::max(0, m_tableCombo->findText(shown)));
+        }
+        fillColumnList();
+        fillExpressionList();
+        fillSelectList();
+        prepared = true;
+    });
+    ui.setBusy(false);
+    Q_EMIT completeChanged();
+    return prepared;
+}
+
+void ColumnPage::replaceExpression(const QString &oldText, const QString &newText)
+{
+    m_step.replaceExpression(oldText, newText);
+    fillExpressionList();
+    fillSelectList();
+}
+
+void ColumnPage::addNewExpression(const QString &expression)
+{
+    m_step.addNewExpression(expression);
+    fillExpressionList();
+}
+
+void ColumnPage::fillColumnList()
+{
+    // Built aside and added at once: a table can have thousands of columns.
+    QList<QTreeWidgetItem *> items;
+    const QStringList names = m_step.columnNames(m_tableCombo->currentText());
+    items.reserve(names.size());
+    for (const QString &name : names)
+        items.append(new QTreeWidgetItem(QStringList{ name }));
+    m_columnList->clear();
+    m_columnList->addTopLevelItems(items);
+    if (!items.isEmpty())
+        m_columnList->setCurrentItem(items.first());
+    updateButtons();
+}
+
+void ColumnPage::fillExpressionList()
+{
+    const QSignalBlocker blocker(m_exprList);
+    m_exprList->clear();
+    QStringList texts = m_step.expressionTexts();
+    // The last row is where a new expression is typed.
+    texts.append(QString());
+    QTreeWidgetItem *current = nullptr;
+    for (const QString &expression : std::as_const(texts)) {
+        auto *item = new QTreeWidgetItem(m_exprList, QStringList{ expression });
+        item->setFlags(item->flags() | Qt::ItemIsEditable);
+        if (!expression.isEmpty() && expression == m_step.selectedExpression())
+            current = item;
+    }
+    if (current)
+        m_exprList->setCurrentItem(current);
+    else
+        m_step.setSelectedExpression(QString());
+    updateButtons();
+}
+
+void ColumnPage::fillSelectList()
+{
+    const QSignalBlocker blocker(m_selectList);
+    m_selectList->clear();
+    const QList<ColumnStep::SelectRow> rows = m_step.selectRows();
+    const int selected = m_step.selectedRow();
+    for (const ColumnStep::SelectRow &row : rows) {
+        auto *item = new QTreeWidgetItem(m_selectList, QStringList{ row.label, row.type, row.displayName });
+        item->setFlags(item->flags() | Qt::ItemIsEditable);
+    }
+    if (selected >= 0)
+        m_selectList->setCurrentItem(m_selectList->topLevelItem(selected));
+    updateButtons();
+}
+
+QString ColumnPage::selectedDisplayName() const
+{
+    return m_step.selectedName();
+}
+
+QString ColumnPage::selectedExpressionText() const
+{
+    return m_step.selectedExpression();
+}
+
+void ColumnPage::updateButtons()
+{
+    m_upButton->setEnabled(m_step.canMoveUp());
+    m_downButton->setEnabled(m_step.canMoveDown());
+    m_removeButton->setEnabled(m_step.canRemove());
+    m_exprEditButton->setEnabled(m_step.canChangeExpression());
+    m_exprDeleteButton->setEnabled(m_step.canChangeExpression());
+    const bool onColumns = m_tabs->currentIndex() == 0;
+    m_insertButton->setEnabled(onColumns ? m_columnList->currentItem() != nullptr : m_step.canChangeExpression());
+}
+
+void ColumnPage::insertClicked()
+{
+    guarded("SelectInsertButton", [this] {
+        if (m_tabs->currentIndex() == 0) {
+            QTreeWidgetItem *item = m_columnList->currentItem();
+            if (!item)
+                return;
+            m_step.insertColumnSelection(m_tableCombo->currentText(), item->text(0));
+            // The next column is ready for the next Insert.
+            if (QTreeWidgetItem *next = m_columnList->itemBelow(item))
+                m_columnList->setCurrentItem(next);
+        } else {
+            m_step.insertExpressionSelection(selectedExpressionText());
+        }
+        fillSelectList();
+    });
+    Q_EMIT completeChanged();
+}
+
+void ColumnPage::removeClicked()
+{
+    guarded("SelectRemoveButton", [this] {
+        m_step.removeSelection(selectedDisplayName());
+        fillSelectList();
+    });
+    Q_EMIT completeChanged();
+}
+
+void ColumnPage::moveClicked(int by)
+{
+    guarded("SelectUpButton", [this, by] {
+        if (by < 0)
+            m_step.moveSelectionUp(selectedDisplayName());
+        else
+            m_step.moveSelectionDown(selectedDisplayName());
+        fillSelectList();
+    });
+}
+
+void ColumnPage::aliasEdited(int row, const QString &, const QString &newText)
+{
+    guarded("SelectList", [this, row, newText] {
+        const QString displayName = m_step.selectRows().value(row).displayName;
+        switch (m_step.editAlias(displayName, newText)) {
+        case ColumnStep::AliasEdit::Unchanged:
+            return;
+        case ColumnStep::AliasEdit::Refused:
+            UiService::instance().message(text(StringId::BadAliasMessage), text(StringId::BadAliasTitle),
+                                          UiService::Buttons::Ok);
+            break;
+        case ColumnStep::AliasEdit::Accepted:
+            break;
+        }
+        fillSelectList();
+    });
+}
+
+void ColumnPage::expressionEdited(const QString &oldText, const QString &newText)
+{
+    guarded("SelectExprList", [this, &oldText, &newText] {
+        const ColumnStep::ExpressionEditEnd end = m_step.finishExpressionEdit(oldText, newText);
+        if (end == ColumnStep::ExpressionEditEnd::Duplicate)
+            UiService::instance().message(text(StringId::SameQueryMessage), text(StringId::SameQueryTitle),
+                                          UiService::Buttons::Ok);
+        fillExpressionList();
+        fillSelectList();
+    });
+}
+
+void ColumnPage::askForExpressionDialog(const QString &expression)
+{
+    const UiService::Answer answer = UiService::instance().message(
+            text(StringId::LongExpressionMessage), text(StringId::LongExpressionTitle), UiService::Buttons::OkCancel);
+    if (answer != UiService::Answer::Ok)
+        return;
+    m_step.setSelectedExpression(expression);
+    modifyExpression();
+}
+
+void ColumnPage::addExpression()
+{
+    guarded("ExprAddButton", [this] {
+        WizExprDialog dialog(this);
+        dialog.setExpression(QString());
+        dialog.Popup(&m_step, false);
+        const QString expression = dialog.Expression();
+        if (expression.isEmpty())
+            return;
+        addNewExpression(expression);
+        m_step.setSelectedExpression(expression);
+        fillExpressionList();
+    });
+}
+
+void ColumnPage::modifyExpression()
+{
+    guarded("ExprEditButton", [this] {
+        const QString oldText = selectedExpressionText();
+        if (!m_step.isExistExpression(oldText))
+            return;
+        WizExprDialog dialog(this);
+        dialog.setExpression(oldText);
+        dialog.Popup(&m_step, true);
+        const QString newText = dialog.Expression();
+        if (!newText.isEmpty() && newText != oldText)
+            replaceExpression(oldText, newText);
+    });
+}
+
+void ColumnPage::deleteExpression()
+{
+    guarded("ExprDeleteButton", [this] {
+        m_step.deleteExpression(selectedExpressionText());
+        fillExpressionList();
+        fillSelectList();
+    });
+    Q_EMIT completeChanged();
+}
+
+} // namespace veldra

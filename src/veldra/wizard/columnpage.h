@@ -1,0 +1,65 @@
+#pragma once
+
+#include "veldra/wizard/columnstep.h"
+#include "veldra/wizard/wizardpage.h"
+
+class QComboBox;
+class QPushButton;
+class QTabWidget;
+class QTreeWidget;
+class QTreeWidgetItem;
+
+namespace veldra {
+
+// Step 2: the select list, built from the columns of the chosen tables and from free
+// expressions, each item with an optional alias.
+class ColumnPage : public WizardPage
+{
+    Q_OBJECT
+
+public:
+    explicit ColumnPage(WizardState &state, QWidget *parent = nullptr);
+
+    void initialize() override;
+    bool prepare() override;
+
+    // The form's public procedures for the expressions of the query.
+    bool isExistExpression(const QString &expression) const { return m_step.isExistExpression(expression); }
+    void replaceExpression(const QString &oldText, const QString &newText);
+    void addNewExpression(const QString &expression);
+
+    ColumnStep &step() { return m_step; }
+
+private:
+    void fillColumnList();
+    void fillExpressionList();
+    void fillSelectList();
+    QString selectedDisplayName() const;
+    QString selectedExpressionText() const;
+    void updateButtons();
+
+    void insertClicked();
+    void removeClicked();
+    void moveClicked(int by);
+    void aliasEdited(int row, const QString &oldText, const QString &newText);
+    void expressionEdited(const QString &oldText, const QString &newText);
+    void askForExpressionDialog(const QString &expression);
+    void addExpression();
+    void modifyExpression();
+    void deleteExpression();
+
+    ColumnStep m_step;
+    QTreeWidget *m_selectList;
+    QPushButton *m_upButton;
+    QPushButton *m_downButton;
+    QPushButton *m_insertButton;
+    QPushButton *m_removeButton;
+    QTabWidget *m_tabs;
+    QComboBox *m_tableCombo;
+    QTreeWidget *m_columnList;
+    QTreeWidget *m_exprList;
+    QPushButton *m_exprEditButton;
+    QPushButton *m_exprDeleteButton;
+};
+
+} // namespace veldra

@@ -1,0 +1,244 @@
+#include "../common/definitions.h"
+#include "structureservice.h"
+
+#include "veldra/records/tableinfo.h"
+#include "veldra/resources/stringtable.h"
+#include "veldra/service/tsaccessor.h"
+#include "veldra/wizard/columnstep.h"
+
+#include <QTest>
+
+using namespace veldra;
+using namespace testdefs;
+
+namespace {
+
+// orders (id, amount=Total) and customers (id, name) chosen; orders.id, the alias Total's
+// column and SUM(amount) selected; the expressions SUM(amount) and COUNT(*).
+std::shared_ptr<SQLInfo> sampleQuery()
+{
+    auto query = std::make_shared<SQLInfo>();
+    addTable(*query, "orders", { "id", "amount=Total" });
+    addTable(*query, "customers", { "id", "name" });
+    addExpression(*query, "SUM(amount)");
+    addExpression(*query, "COUNT(*)");
+    select(*query, { "orders.id", "orders.amount", "SUM(amount)" });
+    return query;
+}
+
+QStringList selections(const WizardState &state)
+{
+    return state.definition()->selections()->items();
+}
+
+} // namespace
+
+class tst_ColumnStep : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { StringTable::setLanguage(Language::English); }
+
+    void prepareFetchesUnknownTablesWithoutSharingTheCache();
+    void prepareFailsWhenATableHasNoColumns();
+    void aliasEditFollowsTheAliasRules_data();
+    void aliasEditFollowsTheAliasRules();
+    void insertKeepsEachItemOnceAndRemoveSelectsTheNextRow();
+    void expressionEditStartsInlineUpTo250Characters_data();
+    void expressionEditStartsInlineUpTo250Characters();
+    void expressionEditEnds_data();
+    void expressionEditEnds();
+    void deletingAnExpressionRemovesItsSelection();
+};
+
+void tst_ColumnStep::prepareFetchesUnknownTablesWithoutSharingTheCache()
+{
+    WizardState state;
+    auto service = testwizard::sampleStructure({ { "staff", { "id", "boss" } } });
+    auto query = sampleQuery();
+    select(*query, { "regions.name" }); // a table that is no longer chosen
+    testwizard::start(state, query, service);
+    state.accessor()->GetDatabaseStructure();
+    state.chosenTables->set("staff", QVariant());
+
+    ColumnStep step(state);
+    QVERIFY(step.prepare());
+    const SQLInfo &definition = *state.definition();
+    QCOMPARE(definition.getTableNames(), "orders,customers,staff");
+    QCOMPARE(step.tableNames(), QStringList({ "orders", "customers", "staff" }));
+    QCOMPARE(step.columnNames("staff"), QStringList({ "id", "boss" }));
+    QCOMPARE(selections(state), QStringList({ "orders.id", "orders.amount", "SUM(amount)" }));
+    for (const QString &name : step.tableNames())
+        QCOMPARE(definition.tables()->object<TableInfo>(name)->dbInfo(), definition.dbInfo());
+
+    // An alias given in the wizard stays out of the accessor's cache.
+    QVERIFY(step.insertColumnSelection("staff", "boss"));
+    step.setSelectionAlias("staff.boss", "Manager");
+    const auto cached = state.accessor()->GetTableInfoAt("SQLite", "Sample", "main", "staff");
+    QCOMPARE(cached->columns()->object<ColumnInfo>("boss")->alias(), QString());
+    QCOMPARE(definition.getColumnInfoFromDispName(u"Manager")->GetSelectionName(), "staff.boss");
+
+    // Coming back to the step asks nothing again.
+    const int asked = service->requests;
+    QVERIFY(step.prepare());
+    QCOMPARE(service->requests, asked);
+}
+
+void tst_ColumnStep::prepareFailsWhenATableHasNoColumns()
+{
+    WizardState state;
+    auto service = testwizard::sampleStructure({ { "empty", {} } });
+    testwizard::start(state, std::make_shared<SQLInfo>(), service);
+    state.accessor()->setErrorReporter([](const DatabaseErrorReport &) {});
+    state.accessor()->GetDatabaseStructure();
+    state.chosenTables->set("empty", QVariant());
+    QVERIFY(!ColumnStep(state).prepare());
+}
+
+void tst_ColumnStep::aliasEditFollowsTheAliasRules_data()
+{
+    QTest::addColumn<QString>("row");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<int>("result");
+    QTest::addColumn<QString>("alias"); // of the row afterwards
+    const int unchanged = int(ColumnStep::AliasEdit::Unchanged);
+    const int refused = int(ColumnStep::AliasEdit::Refused);
+    const int accepted = int(ColumnStep::AliasEdit::Accepted);
+    QTest::newRow("the blank label as it was") << "orders.id" << "<Blank>" << unchanged << "";
+    QTest::newRow("the alias as it was") << "orders.amount" << "Total" << unchanged << "Total";
+    QTest::newRow("a new alias") << "orders.id" << "Number" << accepted << "Number";
+    QTest::newRow("another row's alias") << "orders.id" << "Total" << refused << "";
+    QTest::newRow("another row's display name") << "orders.id" << "SUM(amount)" << refused << "";
+    QTest::newRow("its own display name") << "orders.id" << "orders.id" << refused << "";
+    QTest::newRow("comparison is exact") << "orders.id" << "total" << accepted << "total";
+    QTest::newRow("empty while another row has no alias") << "orders.amount" << "" << refused << "Total";
+    QTest::newRow("an unselected item's name is free") << "orders.id" << "customers.name" << accepted
+                                                          << "customers.name";
+}
+
+void tst_ColumnStep::aliasEditFollowsTheAliasRules()
+{
+    QFETCH(QString, row);
+    QFETCH(QString, typed);
+    QFETCH(int, result);
+    QFETCH(QString, alias);
+    WizardState state;
+    testwizard::start(state, sampleQuery());
+    ColumnStep step(state);
+    QVERIFY(step.prepare());
+    QCOMPARE(int(step.editAlias(row, typed)), result);
+    QCOMPARE(state.definition()->getColumnInfo(row)->alias(), alias);
+}
+
+void tst_ColumnStep::insertKeepsEachItemOnceAndRemoveSelectsTheNextRow()
+{
+    WizardState state;
+    testwizard::start(state, sampleQuery());
+    ColumnStep step(state);
+    QVERIFY(step.prepare());
+    QVERIFY(step.insertColumnSelection("customers", "name"));
+    QVERIFY(!step.insertColumnSelection("orders", "id"));
+    QCOMPARE(step.selectedName(), "orders.id");
+    QVERIFY(!step.insertColumnSelection("orders", "nothing"));
+    QVERIFY(!step.insertColumnSelection("regions", "id"));
+    QVERIFY(step.insertExpressionSelection("COUNT(*)"));
+    QVERIFY(!step.insertExpressionSelection("MAX(id)"));
+    QCOMPARE(selections(state),
+             QStringList({ "orders.id", "orders.amount", "SUM(amount)", "customers.name", "COUNT(*)" }));
+
+    step.removeSelection("COUNT(*)"); // the last row: the one before it is next
+    QCOMPARE(step.selectedName(), "customers.name");
+    for (const QString &name : selections(state))
+        step.removeSelection(name);
+    QVERIFY(step.selectedName().isEmpty());
+    QVERIFY(!state.isStepComplete(WizardState::ColumnStep));
+}
+
+void tst_ColumnStep::expressionEditStartsInlineUpTo250Characters_data()
+{
+    QTest::addColumn<QString>("expression");
+    QTest::addColumn<bool>("held");
+    QTest::addColumn<int>("start");
+    const QString long250 = "SUM(" + QString(245, 'a') + ")";
+    QTest::newRow("250 characters inline") << long250 << true << int(ColumnStep::ExpressionEditStart::Inline);
+    QTest::newRow("251 characters in the dialog")
+            << long250 + "+" << true << int(ColumnStep::ExpressionEditStart::AskForDialog);
+    QTest::newRow("the new row from empty") << "" << false << int(ColumnStep::ExpressionEditStart::InlineFromEmpty);
+    QTest::newRow("text that is no expression from empty")
+            << "MAX(b)" << false << int(ColumnStep::ExpressionEditStart::InlineFromEmpty);
+}
+
+void tst_ColumnStep::expressionEditStartsInlineUpTo250Characters()
+{
+    QFETCH(QString, expression);
+    QFETCH(bool, held);
+    QFETCH(int, start);
+    auto query = sampleQuery();
+    if (held)
+        addExpression(*query, expression);
+    WizardState state;
+    testwizard::start(state, query);
+    QCOMPARE(int(ColumnStep(state).startExpressionEdit(expression)), start);
+}
+
+void tst_ColumnStep::expressionEditEnds_data()
+{
+    QTest::addColumn<QString>("oldText");
+    QTest::addColumn<QString>("newText");
+    QTest::addColumn<int>("end");
+    QTest::addColumn<QStringList>("expressions");
+    QTest::addColumn<QStringList>("selected");
+    const QStringList before{ "SUM(amount)", "COUNT(*)" };
+    const QStringList selectedBefore{ "orders.id", "orders.amount", "SUM(amount)" };
+    const int cancelled = int(ColumnStep::ExpressionEditEnd::Cancelled);
+    QTest::newRow("typed into the new row") << "" << "MAX(id)" << int(ColumnStep::ExpressionEditEnd::Added)
+                                            << QStringList{ "SUM(amount)", "COUNT(*)", "MAX(id)" } << selectedBefore;
+    QTest::newRow("an existing one into the new row")
+            << "" << "COUNT(*)" << int(ColumnStep::ExpressionEditEnd::Duplicate) << before << selectedBefore;
+    QTest::newRow("renamed into another existing one")
+            << "SUM(amount)" << "COUNT(*)" << int(ColumnStep::ExpressionEditEnd::Duplicate) << before << selectedBefore;
+    QTest::newRow("emptied") << "SUM(amount)" << "" << cancelled << before << selectedBefore;
+    QTest::newRow("unchanged") << "SUM(amount)" << "SUM(amount)" << cancelled << before << selectedBefore;
+    QTest::newRow("renamed: its selection follows")
+            << "SUM(amount)" << "AVG(amount)" << int(ColumnStep::ExpressionEditEnd::Replaced)
+            << QStringList{ "COUNT(*)", "AVG(amount)" } << QStringList{ "orders.id", "orders.amount", "AVG(amount)" };
+}
+
+void tst_ColumnStep::expressionEditEnds()
+{
+    QFETCH(QString, oldText);
+    QFETCH(QString, newText);
+    QFETCH(int, end);
+    QFETCH(QStringList, expressions);
+    QFETCH(QStringList, selected);
+    WizardState state;
+    testwizard::start(state, sampleQuery());
+    ColumnStep step(state);
+    QVERIFY(step.prepare());
+    QCOMPARE(int(step.finishExpressionEdit(oldText, newText)), end);
+    QCOMPARE(step.expressionTexts(), expressions);
+    QCOMPARE(selections(state), selected);
+    for (const QString &expression : expressions) {
+        const auto item = state.definition()->expressions()->object<ColumnInfo>(expression);
+        QCOMPARE(item->express(), expression);
+        QCOMPARE(item->columnType(), ColumnInfo::Expression);
+    }
+}
+
+void tst_ColumnStep::deletingAnExpressionRemovesItsSelection()
+{
+    WizardState state;
+    testwizard::start(state, sampleQuery());
+    ColumnStep step(state);
+    QVERIFY(step.prepare());
+    step.setSelectedExpression("SUM(amount)");
+    QVERIFY(step.canChangeExpression());
+    step.deleteExpression("SUM(amount)");
+    QCOMPARE(step.expressionTexts(), QStringList{ "COUNT(*)" });
+    QCOMPARE(selections(state), QStringList({ "orders.id", "orders.amount" }));
+    QVERIFY(!step.canChangeExpression());
+}
+
+QTEST_GUILESS_MAIN(tst_ColumnStep)
+#include "tst_columnstep.moc"

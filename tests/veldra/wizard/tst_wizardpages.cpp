@@ -1,0 +1,356 @@
+#include "../common/definitions.h"
+#include "../dialogs/recordinguiservice.h"
+#include "structureservice.h"
+
+#include "veldra/resources/stringtable.h"
+#include "veldra/wizard/columnpage.h"
+#include "veldra/wizard/conditionpage.h"
+#include "veldra/wizard/grouporderpage.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSignalSpy>
+#include <QTabWidget>
+#include <QTest>
+#include <QTreeWidget>
+
+using namespace veldra;
+using namespace testdefs;
+using tessaly::UiService;
+
+namespace {
+
+std::shared_ptr<SQLInfo> sampleQuery()
+{
+    auto query = std::make_shared<SQLInfo>();
+    addTable(*query, "orders", { "id", "amount=Total" });
+    addTable(*query, "customers", { "id", "name" });
+    addExpression(*query, "SUM(amount)");
+    addExpression(*query, "COUNT(*)");
+    select(*query, { "orders.id", "orders.amount", "SUM(amount)" });
+    return query;
+}
+
+template<typename T>
+T *child(QWidget &page, const QString &name)
+{
+    T *found = page.findChild<T *>(name);
+    if (!found)
+        qWarning("no control named %s", qPrintable(name));
+    return found;
+}
+
+QStringList column(const QTreeWidget *list, int column)
+{
+    QStringList texts;
+    for (int row = 0; row < list->topLevelItemCount(); ++row)
+        texts.append(list->topLevelItem(row)->text(column));
+    return texts;
+}
+
+// Edits a row's label in place as a person would and lets the page answer.
+void editInPlace(QTreeWidget *list, int row, const QString &typed)
+{
+    QTreeWidgetItem *item = list->topLevelItem(row);
+    list->setCurrentItem(item);
+    list->editItem(item, 0);
+    auto *editor = qobject_cast<QLineEdit *>(list->indexWidget(list->model()->index(row, 0)));
+    QVERIFY2(editor, "no editor opened");
+    editor->setText(typed);
+    QTest::keyClick(editor, Qt::Key_Return);
+    // The view commits the editor, and the page answers, each in a later turn of the loop.
+    for (int turn = 0; turn < 3; ++turn)
+        QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+} // namespace
+
+class tst_WizardPages : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void columnPageInsertsAndRemovesItems();
+    void columnPageRefusesABadAlias();
+    void columnPageTypesANewExpressionInPlace();
+    void columnPageEditsALongExpressionInTheDialog_data();
+    void columnPageEditsALongExpressionInTheDialog();
+    void conditionPageInsertsAtTheCaretAndStoresEveryChange();
+    void conditionPageOpensTheParameterDialog();
+    void groupOrderPageEnablesWhatTheSwitchesAllow();
+
+private:
+    std::shared_ptr<testui::RecordingUiService> m_ui;
+    std::unique_ptr<WizardState> m_state;
+};
+
+void tst_WizardPages::init()
+{
+    StringTable::setLanguage(Language::English);
+    m_ui = std::make_shared<testui::RecordingUiService>();
+    UiService::setInstance(m_ui);
+    m_state = std::make_unique<WizardState>();
+    testwizard::start(*m_state, sampleQuery());
+}
+
+void tst_WizardPages::cleanup()
+{
+    m_state.reset();
+    UiService::setInstance(nullptr);
+    QVERIFY(QApplication::topLevelWidgets().isEmpty());
+}
+
+void tst_WizardPages::columnPageInsertsAndRemovesItems()
+{
+    ColumnPage page(*m_state);
+    page.initialize();
+    QSignalSpy completeChanged(&page, &WizardPage::completeChanged);
+    QVERIFY(page.prepare());
+    auto *selectList = child<QTreeWidget>(page, "SelectList");
+    auto *columns = child<QTreeWidget>(page, "SelectColumnList");
+    QCOMPARE(column(selectList, 0), QStringList({ "<Blank>", "Total", "<Blank>" }));
+    QCOMPARE(column(selectList, 1), QStringList({ "Column", "Column", "Function" }));
+    QCOMPARE(column(columns, 0), QStringList({ "id", "amount" }));
+
+    child<QComboBox>(page, "SelectTableCombo")->setCurrentIndex(1);
+    QCOMPARE(column(columns, 0), QStringList({ "id", "name" }));
+    columns->setCurrentItem(columns->topLevelItem(1));
+    child<QPushButton>(page, "SelectInsertButton")->click();
+    QCOMPARE(column(selectList, 2).last(), "customers.name");
+    QCOMPARE(selectList->currentItem()->text(2), "customers.name");
+
+    child<QTabWidget>(page, "ColExprTab")->setCurrentIndex(1);
+    auto *expressions = child<QTreeWidget>(page, "SelectExprList");
+    QCOMPARE(column(expressions, 0), QStringList({ "SUM(amount)", "COUNT(*)", "" }));
+    expressions->setCurrentItem(expressions->topLevelItem(1));
+    child<QPushButton>(page, "SelectInsertButton")->click();
+    QCOMPARE(m_state->definition()->selections()->count(), 5);
+
+    selectList->setCurrentItem(selectList->topLevelItem(0));
+    QVERIFY(!child<QPushButton>(page, "SelectUpButton")->isEnabled());
+    child<QPushButton>(page, "SelectDownButton")->click();
+    child<QPushButton>(page, "SelectRemoveButton")->click();
+    QCOMPARE(column(selectList, 2), QStringList({ "orders.amount", "SUM(amount)", "customers.name", "COUNT(*)" }));
+    QCOMPARE(selectList->currentItem()->text(2), "SUM(amount)"); // the row that took its place
+    QVERIFY(completeChanged.count() >= 3);
+    QVERIFY(m_ui->messages.isEmpty());
+}
+
+void tst_WizardPages::columnPageRefusesABadAlias()
+{
+    ColumnPage page(*m_state);
+    page.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&page));
+    QVERIFY(page.prepare());
+    auto *selectList = child<QTreeWidget>(page, "SelectList");
+
+    editInPlace(selectList, 0, "Total");
+    QCOMPARE(m_ui->messages.size(), 1);
+    QCOMPARE(m_ui->messages[0].text, "You can not use this alias.");
+    QCOMPARE(m_ui->messages[0].title, "Bad alias");
+    QCOMPARE(selectList->topLevelItem(0)->text(0), "<Blank>");
+
+    editInPlace(selectList, 0, "Number");
+    QCOMPARE(m_ui->messages.size(), 1);
+    QCOMPARE(selectList->topLevelItem(0)->text(0), "Number");
+    QCOMPARE(m_state->definition()->getColumnInfo("orders.id")->alias(), "Number");
+}
+
+void tst_WizardPages::columnPageTypesANewExpressionInPlace()
+{
+    ColumnPage page(*m_state);
+    page.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&page));
+    QVERIFY(page.prepare());
+    child<QTabWidget>(page, "ColExprTab")->setCurrentIndex(1);
+    auto *expressions = child<QTreeWidget>(page, "SelectExprList");
+
+    editInPlace(expressions, 2, "COUNT(*)");
+    QCOMPARE(m_ui->messages.size(), 1);
+    QCOMPARE(m_ui->messages[0].text, "Same Query exist.");
+    QCOMPARE(m_ui->messages[0].title, "Error");
+    QCOMPARE(column(expressions, 0), QStringList({ "SUM(amount)", "COUNT(*)", "" }));
+
+    editInPlace(expressions, 2, "MAX(id)");
+    QCOMPARE(column(expressions, 0), QStringList({ "SUM(amount)", "COUNT(*)", "MAX(id)", "" }));
+    QCOMPARE(m_state->definition()->expressions()->object<ColumnInfo>("MAX(id)")->columnType(),
+             ColumnInfo::Expression);
+
+    editInPlace(expressions, 0, "AVG(amount)");
+    QCOMPARE(column(child<QTreeWidget>(page, "SelectList"), 2).last(), "AVG(amount)");
+    QCOMPARE(m_ui->messages.size(), 1);
+}
+
+void tst_WizardPages::columnPageEditsALongExpressionInTheDialog_data()
+{
+    QTest::addColumn<int>("answer");
+    QTest::addColumn<QStringList>("expressions");
+    const QString longOne = "SUM(" + QString(247, 'a') + ")";
+    QTest::newRow("Cancel: nothing") << int(UiService::Answer::Cancel)
+                                     << QStringList{ "SUM(amount)", "COUNT(*)", longOne, "" };
+    QTest::newRow("OK: edited in the dialog") << int(UiService::Answer::Ok)
+                                              << QStringList{ "SUM(amount)", "COUNT(*)", "MIN(a)", "" };
+}
+
+void tst_WizardPages::columnPageEditsALongExpressionInTheDialog()
+{
+    QFETCH(int, answer);
+    QFETCH(QStringList, expressions);
+    const QString longOne = "SUM(" + QString(247, 'a') + ")";
+    addExpression(*m_state->definition(), longOne);
+    m_ui->answerQueue = { UiService::Answer(answer) };
+    m_ui->script = [](QDialog &dialog) {
+        dialog.findChild<QPlainTextEdit *>("AddExprText")->setPlainText("MIN(a)");
+        dialog.findChild<QPushButton *>("OKButton")->click();
+    };
+    ColumnPage page(*m_state);
+    QVERIFY(page.prepare());
+    auto *list = child<QTreeWidget>(page, "SelectExprList");
+    list->setCurrentItem(list->topLevelItem(2));
+    list->editItem(list->topLevelItem(2), 0);
+    QCoreApplication::processEvents();
+    QVERIFY(!list->indexWidget(list->model()->index(2, 0)));
+    QCOMPARE(m_ui->messages.size(), 1);
+    QCOMPARE(m_ui->messages[0].title, "A long expression");
+    QCOMPARE(m_ui->messages[0].buttons, UiService::Buttons::OkCancel);
+    QCOMPARE(m_ui->dialogs.size(), answer == int(UiService::Answer::Ok) ? 1 : 0);
+    QCOMPARE(column(list, 0), expressions);
+}
+
+void tst_WizardPages::conditionPageInsertsAtTheCaretAndStoresEveryChange()
+{
+    m_state->definition()->setCondition("a < 1");
+    addParameter(*m_state->definition(), "@@@p", "P");
+    ConditionPage page(*m_state);
+    page.initialize();
+    QVERIFY(page.prepare());
+    for (int index = 0; index < 10; ++index)
+        QVERIFY(child<QPushButton>(page, QStringLiteral("CondItemButton_%1").arg(index)));
+    auto *text = child<QPlainTextEdit>(page, "ConditionText");
+    QCOMPARE(text->toPlainText(), "a < 1");
+    QCOMPARE(text->textCursor().position(), 5);
+
+    QTextCursor cursor = text->textCursor();
+    cursor.setPosition(3);
+    cursor.setPosition(2, QTextCursor::KeepAnchor);
+    text->setTextCursor(cursor);
+    child<QPushButton>(page, "CondItemButton_7")->click();
+    QCOMPARE(text->toPlainText(), "a sum()  1");
+    QCOMPARE(text->textCursor().position(), 6);
+    QVERIFY(!text->textCursor().hasSelection());
+    QCOMPARE(m_state->definition()->condition(), "a sum()  1");
+
+    auto *columns = child<QListWidget>(page, "CondColumnList");
+    QCOMPARE(child<QComboBox>(page, "CondTableCombo")->currentText(), "orders");
+    child<QPushButton>(page, "CondColAddButton")->click(); // nothing selected: nothing happens
+    QCOMPARE(text->toPlainText(), "a sum()  1");
+    columns->setCurrentRow(1);
+    QCOMPARE(columns->currentItem()->text(), "Total");
+    child<QPushButton>(page, "CondColAddButton")->click();
+    QCOMPARE(text->toPlainText(), "a sum(Total )  1");
+    columns->setCurrentRow(0);
+    child<QPushButton>(page, "CondColAddButton")->click();
+    page.insertParameterToken("@@@p");
+    page.insertParameterToken("@@@unknown");
+    QCOMPARE(m_state->definition()->condition(), "a sum(Total orders.id @@@p )  1");
+
+    text->clear();
+    QCOMPARE(m_state->definition()->condition(), QString());
+}
+
+void tst_WizardPages::conditionPageOpensTheParameterDialog()
+{
+    ConditionPage page(*m_state);
+    QVERIFY(page.prepare());
+    child<QPushButton>(page, "CondParamButton")->click();
+    QCOMPARE(m_ui->dialogs.size(), 1);
+    QCOMPARE(m_ui->dialogs[0].objectName, "WizParamDialog");
+}
+
+void tst_WizardPages::groupOrderPageEnablesWhatTheSwitchesAllow()
+{
+    GroupOrderPage page(*m_state);
+    page.initialize();
+    QSignalSpy completeChanged(&page, &WizardPage::completeChanged);
+    QVERIFY(page.prepare());
+    page.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&page));
+    auto *topnCheck = child<QCheckBox>(page, "GrpOrdTopnCheck");
+    auto *topnText = child<QLineEdit>(page, "GrpOrdTopnText");
+    QVERIFY(!topnCheck->isChecked());
+    QVERIFY(!topnText->isEnabled());
+    topnCheck->click();
+    QVERIFY(topnText->isEnabled());
+    QVERIFY(child<QCheckBox>(page, "GrpOrdTopnParamCheck")->isEnabled());
+    QCOMPARE(topnText->text(), "100");
+    topnText->selectAll();
+    QTest::keyClicks(topnText, "30");
+    QCOMPARE(m_state->definition()->topN(), 30);
+    topnCheck->click();
+    QCOMPARE(m_state->definition()->topN(), 0);
+    QVERIFY(!child<QLabel>(page, "GrpOrdTopnLabel")->isEnabled());
+    topnCheck->click();
+    QCOMPARE(topnText->text(), "30");
+    QCOMPARE(m_state->definition()->topN(), 30);
+
+    // A count below 1 cannot be left in the box.
+    page.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&page));
+    topnText->setFocus();
+    topnText->selectAll();
+    QTest::keyClicks(topnText, "0");
+    topnCheck->setFocus();
+    QTRY_VERIFY(topnText->hasFocus());
+    QTest::keyClicks(topnText, "5");
+    topnCheck->setFocus();
+    QTest::qWait(10);
+    QVERIFY(topnCheck->hasFocus());
+    QCOMPARE(m_state->definition()->topN(), 5);
+
+    auto *groupList = child<QListWidget>(page, "GrpOrdGroupList");
+    QVERIFY(!groupList->isEnabled());
+    child<QCheckBox>(page, "GrpOrdGroupCheck")->click();
+    QVERIFY(groupList->isEnabled());
+    // On the text and on the box alike, one click is one flip.
+    const QRect text = groupList->visualItemRect(groupList->item(1));
+    QTest::mouseClick(groupList->viewport(), Qt::LeftButton, {}, text.center());
+    QCOMPARE(m_state->groupByChecked, QStringList{ "orders.amount" });
+    const QRect box = groupList->visualItemRect(groupList->item(2));
+    QTest::mouseClick(groupList->viewport(), Qt::LeftButton, {}, QPoint(box.left() + box.height() / 2, box.center().y()));
+    QTest::mouseClick(groupList->viewport(), Qt::LeftButton, {}, text.center());
+    QCOMPARE(m_state->groupByChecked, QStringList{ "SUM(amount)" });
+
+    auto *combo = child<QComboBox>(page, "GrpOrdOrderCombo");
+    auto *descending = child<QRadioButton>(page, "OrderByOption_1");
+    QVERIFY(child<QRadioButton>(page, "OrderByOption_0")->isChecked());
+    QVERIFY(!combo->isEnabled());
+    child<QCheckBox>(page, "GrpOrdOrderCheck")->click();
+    QVERIFY(combo->isEnabled());
+    QVERIFY(descending->isEnabled());
+    QVERIFY(!m_state->isStepComplete(WizardState::GroupOrderStep));
+    combo->setCurrentIndex(2);
+    QVERIFY(m_state->isStepComplete(WizardState::GroupOrderStep));
+    descending->click();
+    QVERIFY(!m_state->ascending);
+    child<QCheckBox>(page, "GrpOrdOrderParamCheck")->click();
+    QVERIFY(!combo->isEnabled());
+    QVERIFY(!descending->isEnabled());
+    QVERIFY(completeChanged.count() >= 3);
+
+    GroupOrderStep(*m_state).store();
+    QCOMPARE(m_state->definition()->groupBy()->items(), QStringList{ "SUM(amount)" });
+    QCOMPARE(m_state->definition()->orderBy()->count(), 3);
+}
+
+QTEST_MAIN(tst_WizardPages)
+#include "tst_wizardpages.moc"
