@@ -1,7 +1,7 @@
 #include "veldra/dialogs/wizparamdbgetdialog.h"
 
 #include "tessaly/namemap.h"
-#include "veldra/dialogs/busycursor.h"
+#include "tessaly/busycursor.h"
 #include "veldra/dialogs/formhelpers.h"
 #include "veldra/dialogs/wizparamdialog.h"
 #include "veldra/dialogs/wizparameditdialog.h"
@@ -115,7 +115,7 @@ void WizParamDBGetDialog::fillTables()
 {
     QStringList tables;
     {
-        const BusyCursor busy;
+        const tessaly::BusyCursor busy;
         tables = m_decision.tables();
     }
     {
@@ -138,7 +138,7 @@ void WizParamDBGetDialog::tableChosen()
             return;
         QStringList columns;
         {
-            const BusyCursor busy;
+            const tessaly::BusyCursor busy;
             columns = m_decision.columns();
         }
         fillColumns(m_keyColumns, columns);
@@ -160,7 +160,7 @@ void WizParamDBGetDialog::fillColumns(QComboBox *combo, const QStringList &entri
 void WizParamDBGetDialog::keyColumnChosen()
 {
     form::guarded("WizParamDBGetDialog: choosing the value column", [this] {
-        const BusyCursor busy;
+        const tessaly::BusyCursor busy;
         if (m_decision.chooseKeyColumn(m_keyColumns->currentText()))
             showResult();
     });
@@ -169,7 +169,7 @@ void WizParamDBGetDialog::keyColumnChosen()
 void WizParamDBGetDialog::valueColumnChosen()
 {
     form::guarded("WizParamDBGetDialog: choosing the display column", [this] {
-        const BusyCursor busy;
+        const tessaly::BusyCursor busy;
         if (m_decision.chooseValueColumn(m_valueColumns->currentText()))
             showResult();
     });

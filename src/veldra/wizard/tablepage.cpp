@@ -1,6 +1,6 @@
 #include "veldra/wizard/tablepage.h"
 
-#include "tessaly/uiservice.h"
+#include "tessaly/busycursor.h"
 #include "veldra/resources/stringtable.h"
 #include "veldra/wizard/tablelistmodel.h"
 
@@ -13,16 +13,6 @@
 namespace veldra {
 
 namespace {
-// The busy cursor for as long as a scope runs, also when it is left by an error.
-class BusyCursor
-{
-public:
-    BusyCursor() { tessaly::UiService::instance().setBusy(true); }
-    ~BusyCursor() { tessaly::UiService::instance().setBusy(false); }
-    BusyCursor(const BusyCursor &) = delete;
-    BusyCursor &operator=(const BusyCursor &) = delete;
-};
-
 // A click anywhere on a row flips its check, on the name as on the box. The view would report
 // a click on the box as a click on the row as well, so both are handled here, once.
 class RowCheckDelegate : public QStyledItemDelegate
@@ -73,7 +63,7 @@ TablePage::TablePage(WizardState &state, QWidget *parent)
 
 bool TablePage::prepare()
 {
-    const BusyCursor busy;
+    const tessaly::BusyCursor busy;
     if (!m_step.prepare())
         return false;
     m_model->reload();

@@ -1,6 +1,6 @@
 #pragma once
 
-namespace veldra {
+namespace tessaly {
 
 // The UI service's busy cursor for as long as it lives, also when a slow step raises.
 class BusyCursor
@@ -12,4 +12,4 @@ public:
     BusyCursor &operator=(const BusyCursor &) = delete;
 };
 
-} // namespace veldra
+} // namespace tessaly
