@@ -27,6 +27,12 @@ ListPad::ListPad(QWidget *parent) : ChildPadWidget(parent), m_list(new QListWidg
     connect(m_list, &QListWidget::itemChanged, this, [this] { changed(currentItemProperty); });
 }
 
+void ListPad::setSize(int width, int height)
+{
+    ChildPadWidget::setSize(width, height);
+    setFixedHeight(height);
+}
+
 QString ListPad::currentItems() const
 {
     QStringList ticked;

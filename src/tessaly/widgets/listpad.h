@@ -16,6 +16,9 @@ class ListPad final : public ChildPadWidget
 public:
     explicit ListPad(QWidget *parent = nullptr);
 
+    // A list scrolls: it keeps the height it is given instead of growing to its contents.
+    void setSize(int width, int height) override;
+
 protected:
     bool applyProperty(const QString &name, const QVariant &value) override;
     QVariant readProperty(const QString &name) const override;

@@ -523,6 +523,24 @@ private Q_SLOTS:
         QVERIFY(d.face->findChild<QWidget *>("ParamInput@@@New"));
         QVERIFY(site->modelHost().hasSlot("@@@New"));
     }
+
+    // Not a test of behaviour: renders every kind of row for people to look at, when asked to.
+    void screenshot()
+    {
+        const QString folder = qEnvironmentVariable("VELDRA_SHOT_DIR");
+        if (folder.isEmpty())
+            QSKIP("set VELDRA_SHOT_DIR to render the pad");
+        veldra::StringTable::setLanguage(qgetenv("VELDRA_LANG") == "ja" ? veldra::Language::Japanese
+                                                                         : veldra::Language::English);
+        Desktop d;
+        auto definition = sampleDefinition();
+        definition->parameters()->object<ParamInfo>("@@@From")->setTitle(
+                veldra::StringTable::language() == veldra::Language::Japanese ? "開始日 ('YYYY-MM-DD')" : "From ('YYYY-MM-DD')");
+        d.build(definition);
+        d.face->show();
+        QVERIFY(d.face->grab().save(folder + "/pad-rows-" + qgetenv("VELDRA_LANG") + ".png"));
+        veldra::StringTable::setLanguage(veldra::Language::English);
+    }
 };
 
 QTEST_MAIN(tst_TsyParamConditionPad)
