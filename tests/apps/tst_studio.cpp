@@ -2,6 +2,7 @@
 #include "resulttablemodel.h"
 
 #include "tessaly/modelhost.h"
+#include "tessaly/registrystore.h"
 #include "tessaly/serviceproxy.h"
 #include "tessaly/uiservice.h"
 #include "tessaly/variant.h"
@@ -10,6 +11,7 @@
 #include "veldra/component/tsyparamconditionpad.h"
 #include "veldra/records/paraminfo.h"
 #include "veldra/records/sqlinfo.h"
+#include "veldra/registration/registration.h"
 #include "veldra/resources/stringtable.h"
 
 #include <QAction>
@@ -91,6 +93,17 @@ private Q_SLOTS:
     {
         tessaly::UiService::setInstance(nullptr);
         QVERIFY(QApplication::topLevelWidgets().isEmpty());
+    }
+
+    void makesTheComponentByProgIdWhenRegistered()
+    {
+        auto store = std::make_shared<tessaly::RegistryStore>();
+        veldra::Registration::registerClasses(*store);
+        tessaly::RegistryStore::setInstance(store);
+        StudioWindow window;
+        tessaly::RegistryStore::setInstance(nullptr);
+        QVERIFY(window.site().pad());
+        QCOMPARE(window.site().pad()->zetPrimitivePad_returnClassName(), QString("TsyParamConditionPad"));
     }
 
     void opensTheSampleAndShowsItsRows()

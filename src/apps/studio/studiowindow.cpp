@@ -7,6 +7,7 @@
 #include "dataservice/dataservice.h"
 #include "dataservice/localserviceproxy.h"
 #include "tessaly/componentdocument.h"
+#include "tessaly/componentloader.h"
 #include "tessaly/error.h"
 #include "tessaly/modelhost.h"
 #include "tessaly/namemap.h"
@@ -16,6 +17,7 @@
 #include "tessaly/widgets/padsite.h"
 #include "veldra/component/tsyparamconditionmodel.h"
 #include "veldra/component/tsyparamconditionpad.h"
+#include "veldra/registration/clsidlookup.h"
 #include "veldra/resources/stringtable.h"
 
 #include <QCloseEvent>
@@ -132,10 +134,22 @@ StudioWindow::~StudioWindow()
     dropComponent();
 }
 
+// Made by ProgID through the registry, as a framework host makes components; before
+// "veldra register" has run, the studio uses the classes it is built with.
 void StudioWindow::createComponent()
 {
-    m_model = std::make_shared<veldra::TsyParamConditionModel>();
-    m_pad = std::make_shared<veldra::TsyParamConditionPad>();
+    try {
+        m_model = std::dynamic_pointer_cast<veldra::TsyParamConditionModel>(tessaly::ComponentLoader::createModel(
+                veldra::ClsidLookup::progId(QStringLiteral(".TsyParamConditionModel"))));
+        m_pad = std::dynamic_pointer_cast<veldra::TsyParamConditionPad>(tessaly::ComponentLoader::createPad(
+                veldra::ClsidLookup::progId(QStringLiteral(".TsyParamConditionPad"))));
+    } catch (const tessaly::Error &) {
+        m_model.reset();
+    }
+    if (!m_model || !m_pad) {
+        m_model = std::make_shared<veldra::TsyParamConditionModel>();
+        m_pad = std::make_shared<veldra::TsyParamConditionPad>();
+    }
     m_site = tessaly::PadSite::create(m_model, m_face, &m_document);
     connect(m_site.get(), &tessaly::PadSite::watchedSlotChanged, this, [this](const QString &name) {
         if (name == requestSlot)

@@ -11,6 +11,7 @@
 #include "veldra/component/padlayout.h"
 #include "veldra/component/padwizard.h"
 #include "veldra/records/sqlinfo.h"
+#include "veldra/registration/classfactory.h"
 #include "veldra/registration/clsidlookup.h"
 #include "veldra/resources/stringtable.h"
 
@@ -45,6 +46,12 @@ const QString definitionSlot = QStringLiteral("SQLInfo");
 // What a settings update refreshes: the captions and the children of the model's settings.
 const QString refreshedSlots[] = { QStringLiteral("labels"), QStringLiteral("TopN"), QStringLiteral("OrderBy"),
                                    QStringLiteral("OrderByAscendant") };
+
+// Loading the UI library lets hosts make the pad by its class identifier.
+const bool padMakerSet = [] {
+    ClassFactory::setPadMaker([]() -> tessaly::zetPrimitivePad * { return new TsyParamConditionPad; });
+    return true;
+}();
 
 QString slotName(int slot)
 {
