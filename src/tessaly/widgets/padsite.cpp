@@ -171,6 +171,8 @@ zetChildPad *PadSite::createChildPad(const QString &progId)
 void PadSite::removeChildPads()
 {
     const QList<ChildPadWidget *> children = std::exchange(m_children, {});
+    if (!m_face)
+        return; // the children went with the face
     for (ChildPadWidget *child : children) {
         child->setSlotWriter({});
         delete child;

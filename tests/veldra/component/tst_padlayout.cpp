@@ -148,7 +148,8 @@ private Q_SLOTS:
     {
         auto query = definition();
         addParameter(*query, "@@@A", "A", ParamInfo::ChosenFromList);
-        const PadLayout::Child *input = find(PadLayout::rows(*query), "ParamInput@@@A");
+        const auto rows = PadLayout::rows(*query);
+        const PadLayout::Child *input = find(rows, "ParamInput@@@A");
         QVERIFY(input);
         QVERIFY(!setting(input->afterConnecting, "SelectIndex").isValid());
     }
@@ -172,7 +173,8 @@ private Q_SLOTS:
         QCOMPARE(choices->item(0).toString(), QString("regions.name"));
         QCOMPARE(choices->item(2).toString(), QString("SUM(orders.amount)"));
 
-        const PadLayout::Child *list = find(PadLayout::rows(*query), "SelectionList");
+        const auto rows = PadLayout::rows(*query);
+        const PadLayout::Child *list = find(rows, "SelectionList");
         QCOMPARE(list->slot, QString("selection"));
         QCOMPARE(list->height, PadLayout::listHeight);
         QCOMPARE(setting(list->afterConnecting, "CurrentItem").toString(), PadLayout::selectionItems(*query));
