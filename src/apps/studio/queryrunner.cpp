@@ -15,6 +15,9 @@ void QueryRunner::run(quint64 number, const QString &request)
         result = QueryResult::fromResponse(m_service->answer(request.toUtf8()));
     } catch (const tessaly::Error &error) {
         result.error = QStringLiteral("%1 (%2)").arg(error.message(), tessaly::Error::hexNumber(error.number()));
+    } catch (const std::exception &error) {
+        // Nothing may escape into the thread's event loop.
+        result.error = QString::fromLocal8Bit(error.what());
     }
     Q_EMIT answered(number, result);
 }
