@@ -81,6 +81,8 @@ StudioWindow::StudioWindow(QWidget *parent) : QMainWindow(parent)
     auto *right = new QSplitter(Qt::Vertical);
     right->addWidget(m_grid);
     right->addWidget(requestBox);
+    right->setStretchFactor(0, 3); // the rows matter more than the request
+    right->setStretchFactor(1, 1);
     auto *splitter = new QSplitter(Qt::Horizontal);
     splitter->addWidget(area);
     splitter->addWidget(right);
