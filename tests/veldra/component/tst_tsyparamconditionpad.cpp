@@ -335,12 +335,15 @@ private Q_SLOTS:
         QCOMPARE(f.calls.at(2).proxy, std::shared_ptr<tessaly::ServiceProxy>(far));
     }
 
-    void editQueryDoesNothingWhenTheDefinitionCannotBeRead()
+    void triggersDoNothingButReportWhenTheDefinitionCannotBeRead()
     {
         ContainerFixture container;
         Fixture f(&container.site);
         f.site->readable = false;
         f.pad.zetPrimitivePad_onSetSlotValue("EditQuery", true);
+        f.pad.zetPrimitivePad_onSetSlotValue("BuildUI", true);
+        QCOMPARE(f.site->reports, (QStringList{ "EditQuery", "#8", "BuildUI", "#6" }));
+        QCOMPARE(f.site->builds, 0);
         QVERIFY(f.calls.isEmpty());
         QVERIFY(m_ui->messages.isEmpty());
         QCOMPARE(m_ui->busyDepth, 0);
