@@ -4,6 +4,7 @@
 #include "tessaly/xmltagreader.h"
 #include "tessaly/xmltagwriter.h"
 #include "tessaly/zetprimitivemodel.h"
+#include "tessaly/zetprimitivepad.h"
 
 #include <QFile>
 #include <QSaveFile>
@@ -14,6 +15,7 @@ namespace tessaly {
 namespace {
 const QString componentElement = QStringLiteral("Component");
 const QString modelElement = QStringLiteral("Model");
+const QString padElement = QStringLiteral("Pad");
 } // namespace
 
 bool ComponentDocument::looksLikeComponentDocument(const QByteArray &data)
@@ -26,7 +28,8 @@ bool ComponentDocument::looksLikeComponentDocument(const QByteArray &data)
     return false;
 }
 
-void ComponentDocument::load(const QByteArray &data, const QString &sourceName, zetPrimitiveModel &model)
+void ComponentDocument::load(const QByteArray &data, const QString &sourceName, zetPrimitiveModel &model,
+                             zetPrimitivePad *pad)
 {
     XmlTagReader stream(data, sourceName);
     const QString root = stream.ReadTag();
@@ -41,6 +44,10 @@ void ComponentDocument::load(const QByteArray &data, const QString &sourceName, 
             stream.ReadTag(); // names the model's class part, which the model reads itself
             if (!model.zetPrimitiveModel_onLoad(stream))
                 throw Error(ErrorNumber::Fail, QStringLiteral("%1: the model could not be loaded").arg(stream.position()));
+        } else if (part == padElement && pad) {
+            stream.ReadTag();
+            if (!pad->zetPrimitivePad_onLoad(stream))
+                throw Error(ErrorNumber::Fail, QStringLiteral("%1: the pad could not be loaded").arg(stream.position()));
         }
         stream.ReadEndTag();
     }
@@ -48,15 +55,15 @@ void ComponentDocument::load(const QByteArray &data, const QString &sourceName, 
     stream.finish();
 }
 
-void ComponentDocument::load(const QString &fileName, zetPrimitiveModel &model)
+void ComponentDocument::load(const QString &fileName, zetPrimitiveModel &model, zetPrimitivePad *pad)
 {
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
         throw Error(ErrorNumber::FileAccess, QStringLiteral("%1: %2").arg(fileName, file.errorString()));
-    load(file.readAll(), fileName, model);
+    load(file.readAll(), fileName, model, pad);
 }
 
-QByteArray ComponentDocument::save(zetPrimitiveModel &model)
+QByteArray ComponentDocument::save(zetPrimitiveModel &model, zetPrimitivePad *pad)
 {
     QByteArray data;
     XmlTagWriter stream(&data);
@@ -65,14 +72,20 @@ QByteArray ComponentDocument::save(zetPrimitiveModel &model)
     if (!model.zetPrimitiveModel_onSave(stream))
         throw Error(ErrorNumber::Fail, QStringLiteral("the model could not be saved"));
     stream.WriteEndTag();
+    if (pad) {
+        stream.WriteTag(padElement);
+        if (!pad->zetPrimitivePad_onSave(stream))
+            throw Error(ErrorNumber::Fail, QStringLiteral("the pad could not be saved"));
+        stream.WriteEndTag();
+    }
     stream.WriteEndTag();
     stream.finish();
     return data;
 }
 
-void ComponentDocument::save(const QString &fileName, zetPrimitiveModel &model)
+void ComponentDocument::save(const QString &fileName, zetPrimitiveModel &model, zetPrimitivePad *pad)
 {
-    const QByteArray data = save(model);
+    const QByteArray data = save(model, pad);
     QSaveFile file(fileName);
     if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size() || !file.commit())
         throw Error(ErrorNumber::FileAccess, QStringLiteral("%1: %2").arg(fileName, file.errorString()));

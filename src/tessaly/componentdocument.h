@@ -6,6 +6,7 @@
 namespace tessaly {
 
 class zetPrimitiveModel;
+class zetPrimitivePad;
 
 // A component saved on its own: <Component> holding the model's part (<Model> with the
 // model's "ClassPart") and, when present, the pad's. Errors name file, line and column;
@@ -15,10 +16,12 @@ class ComponentDocument
 public:
     static bool looksLikeComponentDocument(const QByteArray &data);
 
-    static void load(const QString &fileName, zetPrimitiveModel &model);
-    static void load(const QByteArray &data, const QString &sourceName, zetPrimitiveModel &model);
-    static QByteArray save(zetPrimitiveModel &model);
-    static void save(const QString &fileName, zetPrimitiveModel &model);
+    // With a pad, its part is read and written too; a document without one leaves it as it is.
+    static void load(const QString &fileName, zetPrimitiveModel &model, zetPrimitivePad *pad = nullptr);
+    static void load(const QByteArray &data, const QString &sourceName, zetPrimitiveModel &model,
+                     zetPrimitivePad *pad = nullptr);
+    static QByteArray save(zetPrimitiveModel &model, zetPrimitivePad *pad = nullptr);
+    static void save(const QString &fileName, zetPrimitiveModel &model, zetPrimitivePad *pad = nullptr);
 };
 
 } // namespace tessaly

@@ -75,6 +75,8 @@ void ModelHost::reportSlotChanged(const QString &name)
         throw Error(ErrorNumber::Fail, QStringLiteral("slot %1: change reports do not settle").arg(name));
     ++m_echoDepth;
     const auto leave = qScopeGuard([this] { --m_echoDepth; });
+    if (m_listener)
+        m_listener(name);
     m_model->zetPrimitiveModel_onSetSlotValue(name, m_model->zetPrimitiveModel_onGetSlotValue(name));
 }
 

@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <functional>
+
 namespace tessaly {
 
 class zetPrimitiveModel;
@@ -37,6 +39,10 @@ public:
     const QStringList &reports() const { return m_reports; }
     void clearReports() { m_reports.clear(); }
 
+    // Told of every slot the model reports changed, before the framework's echo write: how a
+    // host keeps what shows a slot (a pad's children) current.
+    void setSlotListener(std::function<void(const QString &)> listener) { m_listener = std::move(listener); }
+
     void declareSlot(const QString &name, const QString &description) override;
     bool declareParameterSlot(const QString &name, const QString &description) override;
     void removeSlot(const QString &name) override;
@@ -49,6 +55,7 @@ private:
     zetPrimitiveModel *m_model;
     QList<Slot> m_slots;
     QStringList m_reports;
+    std::function<void(const QString &)> m_listener;
     int m_echoDepth = 0;
 };
 

@@ -1,9 +1,10 @@
 #include "veldra/wizard/columnpage.h"
 
+#include "tessaly/busycursor.h"
 #include "tessaly/uiservice.h"
+#include "veldra/dialogs/formhelpers.h"
 #include "veldra/dialogs/wizexprdialog.h"
 #include "veldra/wizard/inlineeditdelegate.h"
-#include "veldra/dialogs/formhelpers.h"
 
 #include <QComboBox>
 #include <QGroupBox>
@@ -170,10 +171,9 @@ void ColumnPage::initialize()
 
 bool ColumnPage::prepare()
 {
-    UiService &ui = UiService::instance();
-    ui.setBusy(true);
     bool prepared = false;
     guarded("ColumnPage", [&] {
+        const tessaly::BusyCursor busy;
         if (!m_step.prepare())
             return;
         const QString shown = m_tableCombo->currentText();
@@ -188,7 +188,6 @@ bool ColumnPage::prepare()
         fillSelectList();
         prepared = true;
     });
-    ui.setBusy(false);
     Q_EMIT completeChanged();
     return prepared;
 }

@@ -1,8 +1,8 @@
 #include "veldra/wizard/conditionpage.h"
 
 #include "tessaly/uiservice.h"
-#include "veldra/dialogs/wizparamdialog.h"
 #include "veldra/dialogs/formhelpers.h"
+#include "veldra/dialogs/wizparamdialog.h"
 #include "veldra/wizard/wizardstate.h"
 
 #include <QComboBox>

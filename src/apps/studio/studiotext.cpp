@@ -1,0 +1,42 @@
+#include "studiotext.h"
+
+#include "veldra/resources/stringtable.h"
+
+namespace {
+
+struct Entry
+{
+    const char16_t *english;
+    const char16_t *japanese;
+};
+
+// In the order of StudioText.
+constexpr Entry entries[] = {
+    { u"&File", u"ファイル(&F)" },
+    { u"&Open...", u"開く(&O)..." },
+    { u"&Save", u"保存(&S)" },
+    { u"Save &As...", u"名前を付けて保存(&A)..." },
+    { u"&Quit", u"終了(&Q)" },
+    { u"&Query", u"クエリ(&Q)" },
+    { u"Show &Request", u"要求を表示(&R)" },
+    { u"Untitled", u"無題" },
+    { u"%1 - Veldra Studio", u"%1 - Veldra Studio" },
+    { u"Component documents (*.xml);;All files (*)", u"コンポーネント文書 (*.xml);;すべてのファイル (*)" },
+    { u"Request", u"要求" },
+    { u"Rows: %1", u"行数: %1" },
+    { u"Rows: %1, cut at the data source's row cap", u"行数: %1 (データソースの上限で打ち切り)" },
+    { u"Running the query...", u"問い合わせ中..." },
+    { u"No request: %1", u"要求がありません: %1" },
+    { u"The data service refused the request: %1", u"データサービスが要求を拒否しました: %1" },
+    { u"Cannot open the document", u"文書を開けません" },
+    { u"Cannot save the document", u"文書を保存できません" },
+};
+
+} // namespace
+
+QString studioText(StudioText id)
+{
+    const Entry &entry = entries[int(id)];
+    const bool japanese = veldra::StringTable::language() == veldra::Language::Japanese;
+    return QString::fromUtf16(japanese ? entry.japanese : entry.english);
+}

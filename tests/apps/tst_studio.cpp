@@ -1,0 +1,237 @@
+#include "studiowindow.h"
+#include "resulttablemodel.h"
+
+#include "tessaly/modelhost.h"
+#include "tessaly/registrystore.h"
+#include "tessaly/serviceproxy.h"
+#include "tessaly/uiservice.h"
+#include "tessaly/variant.h"
+#include "tessaly/widgets/padsite.h"
+#include "tessaly/zetprimitivemodel.h"
+#include "veldra/component/tsyparamconditionpad.h"
+#include "veldra/records/paraminfo.h"
+#include "veldra/records/sqlinfo.h"
+#include "veldra/registration/registration.h"
+#include "veldra/resources/stringtable.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+const QString sample = QStringLiteral(VELDRA_SOURCE_DIR "/samples/sales-by-region.component.xml");
+
+class QuietUi final : public tessaly::UiService
+{
+public:
+    Answer message(const QString &text, const QString &title, Buttons) override
+    {
+        messages.append(title + ": " + text);
+        return Answer::Ok;
+    }
+    int execDialog(QDialog &) override { return 0; }
+    bool showsWindows() const override { return false; }
+    void report(const QString &title, const QStringList &lines) override { messages.append(title + ": " + lines.join(' ')); }
+    void setBusy(bool) override { }
+
+    QStringList messages;
+};
+
+QSet<QString> column(const ResultTableModel &results, int column)
+{
+    QSet<QString> values;
+    for (const QStringList &row : results.result().rows)
+        values.insert(row.value(column));
+    return values;
+}
+
+} // namespace
+
+// The studio as a person uses it, offscreen: open the sample, change inputs, see the rows follow.
+class tst_Studio : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_config;
+    std::shared_ptr<QuietUi> m_ui;
+
+    static void waitForRows(StudioWindow &window)
+    {
+        window.setQueryDelay(0);
+        QTRY_VERIFY_WITH_TIMEOUT(window.isSettled(), 20000);
+    }
+    template<typename T>
+    static T *input(StudioWindow &window, const QString &name)
+    {
+        auto *child = window.findChild<QWidget *>(name);
+        return child ? child->findChild<T *>() : nullptr;
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        qputenv("XDG_CONFIG_HOME", m_config.path().toUtf8()); // the built-in sample only
+        // Screenshots are taken in the language asked for; the checks read English.
+        if (qEnvironmentVariableIsEmpty("VELDRA_SHOT_DIR"))
+            veldra::StringTable::setLanguage(veldra::Language::English);
+    }
+
+    void init()
+    {
+        m_ui = std::make_shared<QuietUi>();
+        tessaly::UiService::setInstance(m_ui);
+    }
+
+    void cleanup()
+    {
+        tessaly::UiService::setInstance(nullptr);
+        QVERIFY(QApplication::topLevelWidgets().isEmpty());
+    }
+
+    void makesTheComponentByProgIdWhenRegistered()
+    {
+        auto store = std::make_shared<tessaly::RegistryStore>();
+        veldra::Registration::registerClasses(*store);
+        tessaly::RegistryStore::setInstance(store);
+        StudioWindow window;
+        tessaly::RegistryStore::setInstance(nullptr);
+        QVERIFY(window.site().pad());
+        QCOMPARE(window.site().pad()->zetPrimitivePad_returnClassName(), QString("TsyParamConditionPad"));
+    }
+
+    void opensTheSampleAndShowsItsRows()
+    {
+        StudioWindow window;
+        window.setQueryDelay(0);
+        QVERIFY(window.openDocument(sample));
+        waitForRows(window);
+        QVERIFY2(m_ui->messages.isEmpty(), qPrintable(m_ui->messages.join('\n')));
+        QCOMPARE(window.results().result().columns, (QStringList{ "Region", "Segment", "Orders", "Revenue" }));
+        QVERIFY(!window.results().result().rows.isEmpty());
+        QVERIFY(window.windowTitle().startsWith("sales-by-region.component.xml"));
+        // The document's values came back after the face was built.
+        QCOMPARE(input<QComboBox>(window, "ParamInput@@@Region")->currentText(), QString("North East"));
+        QCOMPARE(input<QLineEdit>(window, "ParamInput@@@FromDate")->text(),
+                 window.site().modelHost().slotValue("@@@FromDate").toString());
+        QVERIFY(!input<QLineEdit>(window, "ParamInput@@@FromDate")->text().isEmpty());
+    }
+
+    void changingInputsRefreshesRequestAndRows()
+    {
+        StudioWindow window;
+        QVERIFY(window.openDocument(sample));
+        waitForRows(window);
+        QCOMPARE(column(window.results(), 0), QSet<QString>{ "North East" });
+
+        window.findChild<QAction *>("ShowRequestAction")->setChecked(true);
+        QVERIFY(window.findChild<QWidget *>("RequestPane")->isVisibleTo(&window));
+
+        input<QComboBox>(window, "ParamInput@@@Region")->setCurrentText("South West");
+        waitForRows(window);
+        QCOMPARE(column(window.results(), 0), QSet<QString>{ "South West" });
+        QVERIFY(window.findChild<QPlainTextEdit *>("RequestText")->toPlainText().contains("'SW'"));
+
+        // A date after every order leaves nothing.
+        QLineEdit *from = input<QLineEdit>(window, "ParamInput@@@FromDate");
+        from->clear();
+        QTest::keyClicks(from, "'2999-01-01'");
+        waitForRows(window);
+        QVERIFY(window.results().result().rows.isEmpty());
+        QVERIFY(window.results().result().error.isEmpty());
+    }
+
+    void savesAndReopensWhatWasChosen()
+    {
+        QTemporaryDir dir;
+        const QString fileName = dir.filePath("chosen.xml");
+        {
+            StudioWindow window;
+            QVERIFY(window.openDocument(sample));
+            input<QComboBox>(window, "ParamInput@@@Region")->setCurrentText("Central");
+            QVERIFY(window.saveDocument(fileName));
+            QCOMPARE(window.fileName(), fileName);
+        }
+        StudioWindow window;
+        QVERIFY(window.openDocument(fileName));
+        QCOMPARE(input<QComboBox>(window, "ParamInput@@@Region")->currentText(), QString("Central"));
+        waitForRows(window);
+        QCOMPARE(column(window.results(), 0), QSet<QString>{ "Central" });
+    }
+
+    void aDocumentThatCannotBeReadLeavesTheCurrentOne()
+    {
+        QTemporaryDir dir;
+        const QString broken = dir.filePath("broken.xml");
+        QFile file(broken);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("<Component><Model><ClassPart>");
+        file.close();
+
+        StudioWindow window;
+        QVERIFY(window.openDocument(sample));
+        QVERIFY(!window.openDocument(broken));
+        QCOMPARE(m_ui->messages.size(), 1);
+        QVERIFY2(m_ui->messages.at(0).contains("broken.xml:"), qPrintable(m_ui->messages.at(0)));
+        QCOMPARE(window.fileName(), sample);
+        QVERIFY(input<QComboBox>(window, "ParamInput@@@Region"));
+        QVERIFY(!window.saveDocument(dir.filePath("no/such/folder/out.xml")));
+        QCOMPARE(m_ui->messages.size(), 2);
+    }
+
+    // What the wizard does on Finish, through the pad's wizard seam.
+    void editQueryReachesTheWizardWithTheStudiosService()
+    {
+        StudioWindow window;
+        QVERIFY(window.openDocument(sample));
+        auto *pad = dynamic_cast<veldra::TsyParamConditionPad *>(window.site().pad());
+        QVERIFY(pad);
+        std::shared_ptr<tessaly::ServiceProxy> given;
+        pad->setWizardLauncher([&given](const auto &model, const auto &proxy, const auto &definition) {
+            given = proxy;
+            auto edited = tessaly::objectCast<veldra::SQLInfo>(definition)->copy();
+            edited->setTopN(5);
+            edited->setTopNAsParam(true);
+            model->zetPrimitiveModel_onSetSlotValue("SQLInfo", tessaly::variant::holding(edited));
+            model->zetPrimitiveModel_onSetSlotValue("BuildUI", tessaly::variant::holding(edited));
+            return true;
+        });
+        window.findChild<QAction *>("EditQueryAction")->trigger();
+        QVERIFY(given);
+        QLineEdit *topN = input<QLineEdit>(window, "TopNInput");
+        QVERIFY(topN);
+        // The rebuilt inputs start afresh, the typed-in date empty.
+        QVERIFY(input<QLineEdit>(window, "ParamInput@@@FromDate")->text().isEmpty());
+        QTest::keyClicks(input<QLineEdit>(window, "ParamInput@@@FromDate"), "'2000-01-01'");
+        QTest::keyClicks(topN, "2");
+        waitForRows(window);
+        QVERIFY2(window.results().result().error.isEmpty(), qPrintable(window.results().result().error));
+        QCOMPARE(window.results().result().rows.size(), 2);
+    }
+
+    // Not a test of behaviour: renders the window for people to look at, when asked to.
+    void screenshots()
+    {
+        const QString folder = qEnvironmentVariable("VELDRA_SHOT_DIR");
+        if (folder.isEmpty())
+            QSKIP("set VELDRA_SHOT_DIR to render the studio");
+        QDir().mkpath(folder);
+        const QString language = veldra::StringTable::language() == veldra::Language::Japanese ? "ja" : "en";
+        StudioWindow window;
+        QVERIFY(window.openDocument(sample));
+        window.findChild<QAction *>("ShowRequestAction")->setChecked(true);
+        window.show();
+        waitForRows(window);
+        QVERIFY(window.grab().save(folder + "/studio-" + language + ".png"));
+        QVERIFY(window.findChild<QWidget *>("PadFace")->grab().save(folder + "/pad-" + language + ".png"));
+    }
+};
+
+QTEST_MAIN(tst_Studio)
+#include "tst_studio.moc"
