@@ -29,7 +29,7 @@ int runRequest(const QStringList &arguments)
     if (parser.isSet(save))
         session.save(parser.value(save));
     if (!request)
-        return reportNoRequest(QStringLiteral("request"), document, missing);
+        return reportNoRequest(QStringLiteral("request"), inputName(document), missing);
     out() << *request << '\n';
     return exitcode::ok;
 }

@@ -1,6 +1,7 @@
 #include "command.h"
 #include "componentsession.h"
 #include "clitext.h"
+#include "outputerror.h"
 #include "outputfile.h"
 #include "resultprinter.h"
 
@@ -61,13 +62,17 @@ int runRun(const QStringList &arguments)
     if (!session.loadAndBuild(document, parser.values(set), &request, &missing))
         return exitcode::badInput;
     if (!request)
-        return reportNoRequest(QStringLiteral("run"), document, missing);
+        return reportNoRequest(QStringLiteral("run"), inputName(document), missing);
 
     const dataservice::DataService service; // a bad configuration is bad input, as for every command
     try {
         service.select(request->toUtf8(), *printer);
     } catch (const tessaly::Error &error) {
-        printer->abandon();
+        try {
+            printer->abandon();
+        } catch (const OutputError &) {
+            // The service's failure is the one to report.
+        }
         reportFailure(error, *request);
         if (output.wroteAnything())
             err() << "veldra run: " << cliText(CliText::IncompleteResult) << Qt::endl;
