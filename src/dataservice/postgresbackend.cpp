@@ -54,6 +54,8 @@ const QSet<QString> &refusedFunctions()
     return names;
 }
 
+constexpr Oid BooleanType = 16;
+
 // Types whose text is a number: int2, int4, int8, oid, float4, float8, numeric.
 bool isNumberType(Oid type)
 {
@@ -299,6 +301,8 @@ void PostgresBackend::stream(const QString &sql, const QString &fields, qint64 l
         for (int i = 0; i < count; ++i) {
             if (PQgetisnull(result.get(), 0, i))
                 sink.nullValue();
+            else if (PQftype(result.get(), i) == BooleanType)
+                sink.booleanValue(*PQgetvalue(result.get(), 0, i) == 't');
             else if (numbers.at(i))
                 sink.numberValue(PQgetvalue(result.get(), 0, i), PQgetlength(result.get(), 0, i));
             else

@@ -30,6 +30,8 @@ public:
     void value(const char *utf8, qsizetype size) override;
     // The protocol carries numbers as text.
     void numberValue(const char *text, qsizetype size) override { value(text, size); }
+    // As the engine prints it: t or f.
+    void booleanValue(bool truth) override { value(truth ? "t" : "f", 1); }
     void blobValue(const char *data, qsizetype size) override;
     void nullValue() override;
     void endRecord() override;

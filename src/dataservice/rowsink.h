@@ -19,6 +19,8 @@ public:
     virtual void value(const char *utf8, qsizetype size) = 0;
     // A value the engine holds as a number (integer, floating point, decimal), as it prints it.
     virtual void numberValue(const char *text, qsizetype size) = 0;
+    // A value the engine holds as a Boolean (PostgreSQL's boolean; SQLite has none).
+    virtual void booleanValue(bool value) = 0;
     virtual void blobValue(const char *data, qsizetype size) = 0;
     virtual void nullValue() = 0;
     virtual void endRecord() = 0;

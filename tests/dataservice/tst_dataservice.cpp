@@ -148,6 +148,7 @@ public:
     void value(const char *utf8, qsizetype size) override { row.append('\'' + QByteArray(utf8, size) + '\''); }
     void numberValue(const char *text, qsizetype size) override { row.append(QByteArray(text, size) + '#'); }
     void blobValue(const char *data, qsizetype size) override { row.append("blob:" + QByteArray(data, size).toHex()); }
+    void booleanValue(bool truth) override { row.append(truth ? "true" : "false"); }
     void nullValue() override { row.append("null"); }
     void endRecord() override { lines.append("row " + row.join('|')); }
     void endTable(qint64 rows, bool truncated, qint64) override
@@ -597,6 +598,9 @@ void TestDataService::sinkGetsRowsWithNumbersMarked_data()
                              << QByteArrayList{ "columns Code,N", "row 'NE'|1#", "end 1" };
         addRow("cut at the cap", t) << QStringList{ "orders.id", "orders", {}, {}, "orders.id" }
                                     << QByteArrayList{};
+        // SQLite has no Boolean type: a comparison is a number there.
+        addRow("comparison", t) << QStringList{ "orders.id > 1 later", "orders", "orders.id = 7" }
+                                << QByteArrayList{ "columns later", t.backend == "sqlite" ? "row 1#" : "row true", "end 1" };
     }
 }
 

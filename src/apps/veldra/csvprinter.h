@@ -15,6 +15,7 @@ public:
     void value(const char *utf8, qsizetype size) override;
     void numberValue(const char *text, qsizetype size) override;
     void blobValue(const char *data, qsizetype size) override;
+    void booleanValue(bool truth) override { numberValue(truth ? "t" : "f", 1); }
     void nullValue() override { separate(); }
     void endRecord() override;
 

@@ -160,6 +160,12 @@ void JsonPrinter::blobValue(const char *data, qsizetype size)
     m_out.write("\"}");
 }
 
+void JsonPrinter::booleanValue(bool truth)
+{
+    separate();
+    m_out.write(truth ? "true" : "false");
+}
+
 void JsonPrinter::nullValue()
 {
     separate();

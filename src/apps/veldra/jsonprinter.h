@@ -5,7 +5,8 @@
 // One JSON object: "columns", the column names in order (duplicates kept), then "rows", one
 // array of values per row in column order, then "truncated". Numbers are JSON numbers (a
 // value JSON cannot write as a number, such as NaN, is a string), NULL is null, text is a
-// string, and a BLOB or bytes that are not UTF-8 an object {"base64": "..."}.
+// string, a Boolean true or false, and a BLOB or bytes that are not UTF-8 an object
+// {"base64": "..."}.
 class JsonPrinter : public ResultPrinter
 {
 public:
@@ -16,6 +17,7 @@ public:
     void value(const char *utf8, qsizetype size) override;
     void numberValue(const char *text, qsizetype size) override;
     void blobValue(const char *data, qsizetype size) override;
+    void booleanValue(bool truth) override;
     void nullValue() override;
     void endRecord() override;
 

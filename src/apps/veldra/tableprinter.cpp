@@ -39,6 +39,11 @@ void TablePrinter::blobValue(const char *data, qsizetype size)
     add(QStringLiteral("\\x") + QString::fromLatin1(QByteArray::fromRawData(data, size).toHex()), false);
 }
 
+void TablePrinter::booleanValue(bool truth)
+{
+    add(truth ? QStringLiteral("t") : QStringLiteral("f"), false);
+}
+
 void TablePrinter::nullValue()
 {
     add(QStringLiteral("NULL"), false);

@@ -21,6 +21,7 @@ public:
     void value(const char *utf8, qsizetype size) override;
     void numberValue(const char *text, qsizetype size) override;
     void blobValue(const char *data, qsizetype size) override;
+    void booleanValue(bool truth) override;
     void nullValue() override;
     void endRecord() override;
 

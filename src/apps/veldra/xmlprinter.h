@@ -16,6 +16,7 @@ public:
     void value(const char *utf8, qsizetype size) override { m_writer.value(utf8, size); }
     void numberValue(const char *text, qsizetype size) override { m_writer.numberValue(text, size); }
     void blobValue(const char *data, qsizetype size) override { m_writer.blobValue(data, size); }
+    void booleanValue(bool truth) override { m_writer.booleanValue(truth); }
     void nullValue() override { m_writer.nullValue(); }
     void endRecord() override;
     void endTable(qint64 rows, bool truncated, qint64 rowCap) override;
