@@ -10,7 +10,7 @@
 namespace dataservice {
 
 struct Request;
-class ResponseWriter;
+class RowSink;
 
 // One entry of a structure listing: a table or view, or a column with its data type.
 struct StructureItem
@@ -33,8 +33,8 @@ public:
     virtual QList<StructureItem> tables(const QString &catalog) = 0;
     // Columns in the table's own order; throws UnknownCatalog, UnknownTable.
     virtual QList<StructureItem> columns(const QString &catalog, const QString &table) = 0;
-    // Runs the record request as one read-only SELECT and streams the rows to the writer.
-    virtual void select(const Request &request, ResponseWriter &writer) = 0;
+    // Runs the record request as one read-only SELECT and hands the rows to the sink as they arrive.
+    virtual void select(const Request &request, RowSink &sink) = 0;
 
 protected:
     // The single SELECT for a record request, its clauses checked. Names of functions the

@@ -90,6 +90,15 @@ void DataService::answer(const QByteArray &requestXml, QIODevice *out) const
     writer.endResponse();
 }
 
+void DataService::select(const QByteArray &requestXml, RowSink &sink) const
+{
+    const Request request = Request::parse(requestXml);
+    if (request.kind != Request::Kind::Record)
+        throw tessaly::Error(ErrorNumber::MalformedRequest,
+                             QStringLiteral("Rows are asked for, but the request lists the structure."));
+    connect(request)->select(request, sink);
+}
+
 QByteArray DataService::answer(const QByteArray &requestXml) const
 {
     QBuffer buffer;

@@ -13,6 +13,7 @@ namespace dataservice {
 class Backend;
 struct Request;
 class ResponseWriter;
+class RowSink;
 
 // Answers request documents: navigation requests list providers, data sources, catalogs,
 // tables and columns; record requests run as one read-only SELECT whose rows are written
@@ -28,6 +29,11 @@ public:
     // errornumber.h; what was written to out before an error is incomplete and to be dropped.
     void answer(const QByteArray &requestXml, QIODevice *out) const;
     QByteArray answer(const QByteArray &requestXml) const;
+
+    // Runs a record request and hands its rows to sink as they arrive, without the response
+    // text: for callers that print or process rows themselves. A navigation request is
+    // malformed here. Throws as answer() does; whatever the sink threw passes through.
+    void select(const QByteArray &requestXml, RowSink &sink) const;
 
     const DataSourceCatalog &dataSources() const { return m_dataSources; }
 

@@ -2,7 +2,8 @@
 
 #include "errornumber.h"
 #include "request.h"
-#include "responsewriter.h"
+#include "fieldlist.h"
+#include "rowsink.h"
 
 #include <tessaly/error.h>
 
@@ -51,6 +52,19 @@ const QSet<QString> &refusedFunctions()
         QStringLiteral("pg_current_xact_id"),
     };
     return names;
+}
+
+constexpr Oid BooleanType = 16;
+
+// Types whose text is a number: int2, int4, int8, oid, float4, float8, numeric.
+bool isNumberType(Oid type)
+{
+    switch (type) {
+    case 20: case 21: case 23: case 26: case 700: case 701: case 1700:
+        return true;
+    default:
+        return false;
+    }
 }
 
 void clearResult(pg_result *result)
@@ -239,7 +253,7 @@ void PostgresBackend::checkPlan(const QString &sql, const QString &catalog)
     }
 }
 
-void PostgresBackend::stream(const QString &sql, qint64 limit, ResponseWriter &writer)
+void PostgresBackend::stream(const QString &sql, const QString &fields, qint64 limit, RowSink &sink)
 {
     if (!PQsendQueryParams(m_conn, sql.toUtf8().constData(), 0, nullptr, nullptr, nullptr, nullptr, 0)
         || !PQsetSingleRowMode(m_conn))
@@ -248,6 +262,7 @@ void PostgresBackend::stream(const QString &sql, qint64 limit, ResponseWriter &w
     qint64 rows = 0;
     bool started = false;
     bool truncated = false;
+    QList<bool> numbers;
     Result failed(nullptr, clearResult);
     for (;;) {
         Result result(PQgetResult(m_conn), clearResult);
@@ -262,9 +277,12 @@ void PostgresBackend::stream(const QString &sql, qint64 limit, ResponseWriter &w
         const int count = PQnfields(result.get());
         if (!started) {
             QList<QByteArray> names;
-            for (int i = 0; i < count; ++i)
+            for (int i = 0; i < count; ++i) {
                 names.append(QByteArray(PQfname(result.get(), i)));
-            writer.startTable(names);
+                numbers.append(isNumberType(PQftype(result.get(), i)));
+            }
+            // The server folds unquoted names to lower case; the names are the request's.
+            sink.startTable(FieldList::namesAsWritten(fields, names));
             started = true;
         }
         if (status != PGRES_SINGLE_TUPLE || truncated || failed)
@@ -279,14 +297,18 @@ void PostgresBackend::stream(const QString &sql, qint64 limit, ResponseWriter &w
             }
             continue;
         }
-        writer.startRecord();
+        sink.startRecord();
         for (int i = 0; i < count; ++i) {
             if (PQgetisnull(result.get(), 0, i))
-                writer.nullValue();
+                sink.nullValue();
+            else if (PQftype(result.get(), i) == BooleanType)
+                sink.booleanValue(*PQgetvalue(result.get(), 0, i) == 't');
+            else if (numbers.at(i))
+                sink.numberValue(PQgetvalue(result.get(), 0, i), PQgetlength(result.get(), 0, i));
             else
-                writer.value(PQgetvalue(result.get(), 0, i), PQgetlength(result.get(), 0, i));
+                sink.value(PQgetvalue(result.get(), 0, i), PQgetlength(result.get(), 0, i));
         }
-        writer.endRecord();
+        sink.endRecord();
         ++rows;
     }
     const bool cancelledByUs = truncated || (rows == limit && limit < cap);
@@ -294,10 +316,10 @@ void PostgresBackend::stream(const QString &sql, qint64 limit, ResponseWriter &w
         failWith(failed.get(), QStringLiteral("The statement failed"));
     if (!started)
         failWith(nullptr, QStringLiteral("The statement gave no result"));
-    writer.endTable(rows, truncated, cap);
+    sink.endTable(rows, truncated, cap);
 }
 
-void PostgresBackend::select(const Request &request, ResponseWriter &writer)
+void PostgresBackend::select(const Request &request, RowSink &sink)
 {
     QStringList functions;
     const QString sql = buildStatement(request, SqlClause::Dialect::PostgreSQL, &functions);
@@ -309,7 +331,7 @@ void PostgresBackend::select(const Request &request, ResponseWriter &writer)
     }
     startReadOnly(request.catalog);
     checkPlan(sql, request.catalog);
-    stream(sql, fetchLimit(request), writer);
+    stream(sql, request.fields, fetchLimit(request), sink);
     command(QStringLiteral("ROLLBACK"));
 }
 

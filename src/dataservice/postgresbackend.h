@@ -24,7 +24,7 @@ public:
     QStringList catalogs() override;
     QList<StructureItem> tables(const QString &catalog) override;
     QList<StructureItem> columns(const QString &catalog, const QString &table) override;
-    void select(const Request &request, ResponseWriter &writer) override;
+    void select(const Request &request, RowSink &sink) override;
 
 private:
     using Result = std::unique_ptr<pg_result, void (*)(pg_result *)>;
@@ -33,7 +33,7 @@ private:
     void command(const QString &sql);
     void startReadOnly(const QString &catalog);
     void checkPlan(const QString &sql, const QString &catalog);
-    void stream(const QString &sql, qint64 limit, ResponseWriter &writer);
+    void stream(const QString &sql, const QString &fields, qint64 limit, RowSink &sink);
     [[noreturn]] void failWith(pg_result *result, const QString &what) const;
 
     pg_conn *m_conn = nullptr;

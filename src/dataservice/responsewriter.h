@@ -1,5 +1,7 @@
 #pragma once
 
+#include "rowsink.h"
+
 #include <QByteArray>
 #include <QList>
 
@@ -12,7 +14,7 @@ namespace dataservice {
 //   <response><item name="orders" type="table"/>...</response>
 //   <response><table><record><field name="id">1</field>...</record>...</table>
 //             <result rows="2" truncated="false" rowcap="100000"/></response>
-class ResponseWriter
+class ResponseWriter : public RowSink
 {
 public:
     explicit ResponseWriter(QIODevice *out);
@@ -23,13 +25,17 @@ public:
     // One navigation entry; type may be empty.
     void item(const QByteArray &name, const QByteArray &type);
 
-    void startTable(const QList<QByteArray> &columnNames);
-    void startRecord();
-    void value(const char *utf8, qsizetype size);
-    void blobValue(const char *data, qsizetype size);
-    void nullValue();
-    void endRecord();
-    void endTable(qint64 rows, bool truncated, qint64 rowCap);
+    void startTable(const QList<QByteArray> &columnNames) override;
+    void startRecord() override;
+    void value(const char *utf8, qsizetype size) override;
+    // The protocol carries numbers as text.
+    void numberValue(const char *text, qsizetype size) override { value(text, size); }
+    // As the engine prints it: t or f.
+    void booleanValue(bool truth) override { value(truth ? "t" : "f", 1); }
+    void blobValue(const char *data, qsizetype size) override;
+    void nullValue() override;
+    void endRecord() override;
+    void endTable(qint64 rows, bool truncated, qint64 rowCap) override;
 
     void flush();
 

@@ -1,8 +1,9 @@
 #include "sqlitebackend.h"
 
 #include "errornumber.h"
+#include "fieldlist.h"
 #include "request.h"
-#include "responsewriter.h"
+#include "rowsink.h"
 
 #include <tessaly/error.h>
 
@@ -22,6 +23,8 @@ using Clock = std::chrono::steady_clock;
 struct SqliteBackend::Guard
 {
     QByteArray catalog;
+    // Lower-case names that an unqualified reference resolves to in the catalog.
+    QSet<QByteArray> catalogNames;
     QString refusal;
     Clock::time_point deadline;
     bool timedOut = false;
@@ -89,6 +92,10 @@ int authorize(void *context, int action, const char *third, const char *fourth, 
         return SQLITE_OK;
     case SQLITE_READ:
         if (database && guard->catalog == database)
+            return SQLITE_OK;
+        // A table read for no column (EXISTS (SELECT 1 FROM t)) comes with the schema as
+        // written, so none for an unqualified name: resolve it as the engine does.
+        if (!database && third && guard->catalogNames.contains(QByteArray(third).toLower()))
             return SQLITE_OK;
         guard->refusal = QStringLiteral("it reads %1.%2, outside catalog %3")
                              .arg(QString::fromUtf8(database), QString::fromUtf8(third),
@@ -284,13 +291,40 @@ sqlite3_stmt *SqliteBackend::prepareGuarded(const QString &sql, Guard &guard)
     return owned.release();
 }
 
-void SqliteBackend::stream(sqlite3_stmt *statement, Guard &guard, qint64 limit, ResponseWriter &writer)
+QSet<QByteArray> SqliteBackend::unqualifiedNamesIn(const QString &catalog)
+{
+    // The engine looks an unqualified name up in temp, then main, then the attached files.
+    QList<QPair<int, QString>> order;
+    Statement list(prepareOwn(QStringLiteral("PRAGMA database_list")));
+    while (sqlite3_step(list.get()) == SQLITE_ROW) {
+        const int seq = sqlite3_column_int(list.get(), 0);
+        order.append({seq == 1 ? -1 : seq, columnText(list.get(), 1)});
+    }
+    std::sort(order.begin(), order.end());
+    QSet<QByteArray> taken;
+    for (const auto &[seq, schema] : order) {
+        Statement names(prepareOwn(QStringLiteral("SELECT lower(name) FROM %1.sqlite_master WHERE type IN ('table', 'view')")
+                                       .arg(quoteIdentifier(schema))));
+        QSet<QByteArray> here;
+        while (sqlite3_step(names.get()) == SQLITE_ROW) {
+            const QByteArray name(reinterpret_cast<const char *>(sqlite3_column_text(names.get(), 0)));
+            if (!taken.contains(name))
+                here.insert(name);
+        }
+        if (schema == catalog)
+            return here;
+        taken.unite(here);
+    }
+    return {};
+}
+
+void SqliteBackend::stream(sqlite3_stmt *statement, Guard &guard, const QString &fields, qint64 limit, RowSink &sink)
 {
     const int count = sqlite3_column_count(statement);
     QList<QByteArray> names;
     for (int i = 0; i < count; ++i)
         names.append(QByteArray(sqlite3_column_name(statement, i)));
-    writer.startTable(names);
+    sink.startTable(FieldList::namesAsWritten(fields, names));
     const qint64 cap = m_dataSource.rowCap;
     qint64 rows = 0;
     bool truncated = false;
@@ -300,24 +334,30 @@ void SqliteBackend::stream(sqlite3_stmt *statement, Guard &guard, qint64 limit, 
             truncated = rows == cap;
             break;
         }
-        writer.startRecord();
+        sink.startRecord();
         for (int i = 0; i < count; ++i) {
             switch (sqlite3_column_type(statement, i)) {
             case SQLITE_NULL:
-                writer.nullValue();
+                sink.nullValue();
                 break;
             case SQLITE_BLOB: {
                 const auto *data = static_cast<const char *>(sqlite3_column_blob(statement, i));
-                writer.blobValue(data, sqlite3_column_bytes(statement, i));
+                sink.blobValue(data, sqlite3_column_bytes(statement, i));
+                break;
+            }
+            case SQLITE_INTEGER:
+            case SQLITE_FLOAT: {
+                const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(statement, i));
+                sink.numberValue(text, sqlite3_column_bytes(statement, i));
                 break;
             }
             default: {
                 const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(statement, i));
-                writer.value(text, sqlite3_column_bytes(statement, i));
+                sink.value(text, sqlite3_column_bytes(statement, i));
             }
             }
         }
-        writer.endRecord();
+        sink.endRecord();
         ++rows;
     }
     if (rc != SQLITE_ROW && rc != SQLITE_DONE) {
@@ -330,14 +370,15 @@ void SqliteBackend::stream(sqlite3_stmt *statement, Guard &guard, qint64 limit, 
                                  QStringLiteral("The statement is refused: %1.").arg(guard.refusal));
         fail(ErrorNumber::DatabaseError, QStringLiteral("The statement failed"));
     }
-    writer.endTable(rows, truncated, cap);
+    sink.endTable(rows, truncated, cap);
 }
 
-void SqliteBackend::select(const Request &request, ResponseWriter &writer)
+void SqliteBackend::select(const Request &request, RowSink &sink)
 {
     const QString sql = buildStatement(request, SqlClause::Dialect::SQLite);
     Guard guard;
     guard.catalog = request.catalog.toUtf8();
+    guard.catalogNames = unqualifiedNamesIn(request.catalog);
     guard.deadline = Clock::now() + std::chrono::milliseconds(m_dataSource.timeoutMs);
     sqlite3_set_authorizer(m_db, authorize, &guard);
     sqlite3_progress_handler(m_db, ProgressSteps, checkDeadline, &guard);
@@ -350,7 +391,7 @@ void SqliteBackend::select(const Request &request, ResponseWriter &writer)
         }
     } reset{m_db};
     Statement statement(prepareGuarded(sql, guard));
-    stream(statement.get(), guard, fetchLimit(request), writer);
+    stream(statement.get(), guard, request.fields, fetchLimit(request), sink);
 }
 
 } // namespace dataservice

@@ -2,6 +2,8 @@
 
 #include "backend.h"
 
+#include <QSet>
+
 struct sqlite3;
 struct sqlite3_stmt;
 
@@ -20,7 +22,7 @@ public:
     QStringList catalogs() override;
     QList<StructureItem> tables(const QString &catalog) override;
     QList<StructureItem> columns(const QString &catalog, const QString &table) override;
-    void select(const Request &request, ResponseWriter &writer) override;
+    void select(const Request &request, RowSink &sink) override;
 
     // State the authorizer and progress handler work on; public for the C callbacks.
     struct Guard;
@@ -30,7 +32,8 @@ private:
     void attach(const QString &name, const QString &path);
     sqlite3_stmt *prepareOwn(const QString &sql);
     sqlite3_stmt *prepareGuarded(const QString &sql, Guard &guard);
-    void stream(sqlite3_stmt *statement, Guard &guard, qint64 limit, ResponseWriter &writer);
+    QSet<QByteArray> unqualifiedNamesIn(const QString &catalog);
+    void stream(sqlite3_stmt *statement, Guard &guard, const QString &fields, qint64 limit, RowSink &sink);
     [[noreturn]] void fail(qint32 number, const QString &what) const;
 
     sqlite3 *m_db = nullptr;

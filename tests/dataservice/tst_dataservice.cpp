@@ -1,6 +1,7 @@
 #include <dataservice/dataservice.h>
 #include <dataservice/errornumber.h>
 #include <dataservice/localserviceproxy.h>
+#include <dataservice/rowsink.h>
 
 #include <tessaly/error.h>
 
@@ -138,6 +139,26 @@ qint32 errorOf(const DataService &service, const QByteArray &request, QString *m
     return 0;
 }
 
+// What a sink was handed, one line per call kind: "columns a,b", "row 1#|'x'|null|blob:0001".
+class RecordingSink : public RowSink
+{
+public:
+    void startTable(const QList<QByteArray> &columnNames) override { lines.append("columns " + columnNames.join(',')); }
+    void startRecord() override { row.clear(); }
+    void value(const char *utf8, qsizetype size) override { row.append('\'' + QByteArray(utf8, size) + '\''); }
+    void numberValue(const char *text, qsizetype size) override { row.append(QByteArray(text, size) + '#'); }
+    void blobValue(const char *data, qsizetype size) override { row.append("blob:" + QByteArray(data, size).toHex()); }
+    void booleanValue(bool truth) override { row.append(truth ? "true" : "false"); }
+    void nullValue() override { row.append("null"); }
+    void endRecord() override { lines.append("row " + row.join('|')); }
+    void endTable(qint64 rows, bool truncated, qint64) override
+    {
+        lines.append("end " + QByteArray::number(rows) + (truncated ? " cut" : ""));
+    }
+    QByteArrayList lines;
+    QByteArrayList row;
+};
+
 } // namespace
 
 class TestDataService : public QObject
@@ -162,6 +183,8 @@ private Q_SLOTS:
     void builtInSampleNeedsNoConfiguration();
     void configurationFileDefinesDataSources();
     void proxyCarriesDocumentsAndErrors();
+    void sinkGetsRowsWithNumbersMarked_data();
+    void sinkGetsRowsWithNumbersMarked();
 
 private:
     void backendRows(const char *name);
@@ -336,6 +359,11 @@ void TestDataService::recordRequestsBecomeOneSelect_data()
         row("view", { "region_code,order_count", "sales_by_region", "region_code = 'NE'" },
             { "region_code=NE|order_count=382" });
         row("no rows", { "orders.id", "orders", "1 = 0" }, {});
+        row("aliases keep the case they are written in",
+            { "regions.name Region,regions.code AS Code,regions.Country", "regions", "regions.code = 'NE'" },
+            { "Region=North East|Code=NE|Country=Avaland" });
+        row("EXISTS on a table of the catalog read for no column",
+            { "regions.code", "regions", "regions.code = 'NE' AND EXISTS (SELECT 1 FROM staff)" }, { "code=NE" });
     }
 }
 
@@ -422,6 +450,8 @@ void TestDataService::refusedRequestsSayWhyAndChangeNothing_data()
             refused("load_extension", { "load_extension('/tmp/evil.so')", orders }, "load_extension");
             refused("attached catalog in a subquery", { "(SELECT word FROM other.secrets) w", orders },
                     "other.secrets");
+            refused("attached catalog read for no column", { id, orders, "EXISTS (SELECT 1 FROM secrets)" },
+                    "secrets");
             refused("pragma function",
                     { "name", orders, "orders.id IN (SELECT cid FROM pragma_table_info('orders'))" }, "not allowed");
             refused("backtick hides a semicolon", { id, orders, "`'`; DELETE FROM orders; SELECT '`" }, "semicolon");
@@ -552,3 +582,52 @@ void TestDataService::proxyCarriesDocumentsAndErrors()
 
 QTEST_GUILESS_MAIN(TestDataService)
 #include "tst_dataservice.moc"
+
+void TestDataService::sinkGetsRowsWithNumbersMarked_data()
+{
+    QTest::addColumn<Target>("target");
+    QTest::addColumn<QStringList>("query");
+    QTest::addColumn<QByteArrayList>("expected");
+    for (const Target &t : { SQLite, Postgres }) {
+        addRow("numbers, text and NULL", t)
+                << QStringList{ "orders.id,orders.status,orders.id + 0.5 half,CAST(NULL AS INTEGER) missing", "orders",
+                                "orders.id = 7" }
+                << QByteArrayList{ "columns id,status,half,missing", "row 7#|'open'|7.5#|null", "end 1" };
+        addRow("one row", t) << QStringList{ "regions.code Code,COUNT(*) AS N", "regions", "regions.code = 'NE'",
+                                             "regions.code" }
+                             << QByteArrayList{ "columns Code,N", "row 'NE'|1#", "end 1" };
+        addRow("cut at the cap", t) << QStringList{ "orders.id", "orders", {}, {}, "orders.id" }
+                                    << QByteArrayList{};
+        // SQLite has no Boolean type: a comparison is a number there.
+        addRow("comparison", t) << QStringList{ "orders.id > 1 later", "orders", "orders.id = 7" }
+                                << QByteArrayList{ "columns later", t.backend == "sqlite" ? "row 1#" : "row true", "end 1" };
+    }
+}
+
+void TestDataService::sinkGetsRowsWithNumbersMarked()
+{
+    QFETCH(Target, target);
+    QFETCH(QStringList, query);
+    QFETCH(QByteArrayList, expected);
+    skipUnlessAvailable(target);
+    RecordingSink sink;
+    m_service->select(record(target, query), sink);
+    if (expected.isEmpty()) {
+        QCOMPARE(sink.lines.size(), TestRowCap + 2);
+        QCOMPARE(sink.lines.at(1), "row 1#");
+        QCOMPARE(sink.lines.last(), "end " + QByteArray::number(TestRowCap) + " cut");
+        return;
+    }
+    QCOMPARE(sink.lines, expected);
+    // Rows are asked for; a structure listing is not a result.
+    RecordingSink unused;
+    QCOMPARE(tessaly::Error::hexNumber([&] {
+                 try {
+                     m_service->select(navigation(target.provider), unused);
+                 } catch (const tessaly::Error &error) {
+                     return error.number();
+                 }
+                 return 0;
+             }()),
+             tessaly::Error::hexNumber(ErrorNumber::MalformedRequest));
+}

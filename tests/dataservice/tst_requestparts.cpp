@@ -1,4 +1,5 @@
 #include <dataservice/errornumber.h>
+#include <dataservice/fieldlist.h>
 #include <dataservice/request.h>
 #include <dataservice/responsewriter.h>
 #include <dataservice/sqlclause.h>
@@ -24,6 +25,8 @@ private Q_SLOTS:
     void recordRequestIsReadWithUnescapedText();
     void valuesSurviveTheResponseText_data();
     void valuesSurviveTheResponseText();
+    void columnNamesComeBackAsTheRequestWroteThem_data();
+    void columnNamesComeBackAsTheRequestWroteThem();
 };
 
 void TestRequestParts::clauseCheckKeepsUserTextInsideItsClause_data()
@@ -167,6 +170,34 @@ void TestRequestParts::valuesSurviveTheResponseText()
     QCOMPARE(field.attribute(QStringLiteral("encoding")) == u"base64", base64);
     const QByteArray read = base64 ? QByteArray::fromBase64(field.text().toLatin1()) : field.text().toUtf8();
     QCOMPARE(read, value);
+}
+
+void TestRequestParts::columnNamesComeBackAsTheRequestWroteThem_data()
+{
+    QTest::addColumn<QString>("fields");
+    QTest::addColumn<QByteArrayList>("engine");
+    QTest::addColumn<QByteArrayList>("expected");
+    QTest::newRow("aliases with and without AS")
+            << "regions.name Region,COUNT(x) AS Total" << QByteArrayList{ "region", "total" }
+            << QByteArrayList{ "Region", "Total" };
+    QTest::newRow("column reference") << "t.Amount" << QByteArrayList{ "amount" } << QByteArrayList{ "Amount" };
+    QTest::newRow("commas and blanks inside parentheses and quotes")
+            << "ROUND(SUM(o.a), 2) Revenue,'a, b' Label,c" << QByteArrayList{ "revenue", "label", "c" }
+            << QByteArrayList{ "Revenue", "Label", "c" };
+    QTest::newRow("engine name that is not the folded alias stays")
+            << "COUNT(o.id),o.a + o.b Sum" << QByteArrayList{ "count", "?column?" }
+            << QByteArrayList{ "count", "?column?" };
+    QTest::newRow("quoted alias stays") << "x \"MiXed\"" << QByteArrayList{ "MiXed" } << QByteArrayList{ "MiXed" };
+    QTest::newRow("a star breaks the one-to-one match")
+            << "t.*,t.Name" << QByteArrayList{ "id", "x", "name" } << QByteArrayList{ "id", "x", "name" };
+}
+
+void TestRequestParts::columnNamesComeBackAsTheRequestWroteThem()
+{
+    QFETCH(QString, fields);
+    QFETCH(QByteArrayList, engine);
+    QFETCH(QByteArrayList, expected);
+    QCOMPARE(FieldList::namesAsWritten(fields, engine), expected);
 }
 
 QTEST_GUILESS_MAIN(TestRequestParts)

@@ -1,4 +1,6 @@
+#include "clitext.h"
 #include "command.h"
+#include "errorrecordingproxy.h"
 
 #include "dataservice/dataservice.h"
 #include "dataservice/localserviceproxy.h"
@@ -21,24 +23,24 @@ void printKeys(const tessaly::NameMap &map)
 int runBrowse(const QStringList &arguments)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-            "Lists the level below what is given: providers, a provider's data sources, a data source's\n"
-            "catalogs, a catalog's tables, or a table's columns. A failed request prints the database\n"
-            "error report on standard error and exits with status 1."));
-    parser.addPositionalArgument(QStringLiteral("PROVIDER"), QStringLiteral("e.g. SQLite"), QStringLiteral("[PROVIDER"));
-    parser.addPositionalArgument(QStringLiteral("DSN"), QStringLiteral("a data source, e.g. Sample"), QStringLiteral("[DSN"));
-    parser.addPositionalArgument(QStringLiteral("CATALOG"), QStringLiteral("e.g. main"), QStringLiteral("[CATALOG"));
-    parser.addPositionalArgument(QStringLiteral("TABLE"), QStringLiteral("a table or view"), QStringLiteral("[TABLE]]]]"));
+    parser.setApplicationDescription(cliText(CliText::BrowseDescription));
+    parser.addPositionalArgument(QStringLiteral("PROVIDER"), cliText(CliText::ProviderArgument), QStringLiteral("[PROVIDER"));
+    parser.addPositionalArgument(QStringLiteral("DSN"), cliText(CliText::DsnArgument), QStringLiteral("[DSN"));
+    parser.addPositionalArgument(QStringLiteral("CATALOG"), cliText(CliText::CatalogArgument), QStringLiteral("[CATALOG"));
+    parser.addPositionalArgument(QStringLiteral("TABLE"), cliText(CliText::TableArgument), QStringLiteral("[TABLE]]]]"));
     if (const auto status = parseCommandLine(parser, arguments, QStringLiteral("browse")))
         return *status;
     const QStringList path = parser.positionalArguments();
     if (path.size() > 4) {
-        err() << "veldra browse: at most PROVIDER DSN CATALOG TABLE (see veldra browse --help)" << Qt::endl;
+        err() << "veldra browse: " << cliText(CliText::BrowseUsage) << Qt::endl;
         return exitcode::badInput;
     }
 
+    // The data sources are read first: a bad configuration is bad input, as for every command.
+    const auto service = std::make_shared<dataservice::DataService>();
+    const auto proxy = std::make_shared<ErrorRecordingProxy>(std::make_shared<dataservice::LocalServiceProxy>(service));
     veldra::TSAccessor accessor;
-    accessor.setTsProxy(std::make_shared<dataservice::LocalServiceProxy>(std::make_shared<dataservice::DataService>()));
+    accessor.setTsProxy(proxy);
     // The accessor's cache hangs off the structure, so the walk always starts there.
     std::shared_ptr<tessaly::NameMap> level = accessor.GetDatabaseStructure();
     if (level && path.size() == 1)
@@ -52,8 +54,12 @@ int runBrowse(const QStringList &arguments)
         level = table ? table->columns() : nullptr;
     }
     if (!level) {
-        err() << "veldra browse: nothing found under " << (path.isEmpty() ? QStringLiteral("the service") : path.join(u'/'))
-              << Qt::endl;
+        // The accessor has shown the database error report; the service's reason goes with it.
+        if (proxy->lastErrorNumber() != 0)
+            err() << "veldra browse: " << serviceReason(proxy->lastErrorNumber(), proxy->lastErrorMessage()) << Qt::endl;
+        else
+            err() << "veldra browse: " << cliText(CliText::NothingFound).arg(path.isEmpty() ? QStringLiteral("/") : path.join(u'/'))
+                  << Qt::endl;
         return exitcode::noResult;
     }
     printKeys(*level);

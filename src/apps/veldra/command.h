@@ -5,19 +5,12 @@
 
 #include <optional>
 
-// One subcommand of the veldra tool.
-struct Command
-{
-    QString name;
-    QString summary;
-    // Exit status: 0 done, 1 no result (said on standard error), 2 bad input or usage.
-    int (*run)(const QStringList &arguments);
-};
-
 namespace exitcode {
 constexpr int ok = 0;
-constexpr int noResult = 1;
-constexpr int badInput = 2;
+constexpr int noResult = 1;    // no request, or the service refused or failed it (said on standard error)
+constexpr int badInput = 2;    // a file, a slot, a value, the data source configuration, or usage
+constexpr int cutAtRowCap = 3; // rows printed, but the data source's row cap cut the result
+constexpr int writeFailed = 4; // standard output could not be written
 } // namespace exitcode
 
 class QCommandLineParser;
@@ -37,6 +30,7 @@ int reportNoRequest(const QString &command, const QString &document, const QStri
 int runSql(const QStringList &arguments);
 int runRequest(const QStringList &arguments);
 int runRun(const QStringList &arguments);
+int runParams(const QStringList &arguments);
 int runBrowse(const QStringList &arguments);
 int runRegister(const QStringList &arguments);
 int runEdit(const QStringList &arguments);

@@ -1,11 +1,16 @@
 #include "componentsession.h"
 
+#include "clitext.h"
 #include "command.h"
 
 #include "tessaly/componentdocument.h"
 #include "tessaly/error.h"
 #include "tessaly/variant.h"
+#include "tessaly/namemap.h"
+#include "veldra/records/columninfo.h"
 #include "veldra/records/definitionfile.h"
+#include "veldra/records/paraminfo.h"
+#include "veldra/records/sqlinfo.h"
 
 #include <QFile>
 
@@ -17,12 +22,34 @@ ComponentSession::ComponentSession() : m_host(std::make_shared<tessaly::ModelHos
 
 void ComponentSession::load(const QString &fileName)
 {
-    tessaly::ComponentDocument::load(fileName, m_model);
+    load(readInput(fileName), inputName(fileName));
 }
 
 void ComponentSession::load(const QByteArray &data, const QString &sourceName)
 {
-    tessaly::ComponentDocument::load(data, sourceName, m_model);
+    if (tessaly::ComponentDocument::looksLikeComponentDocument(data))
+        tessaly::ComponentDocument::load(data, sourceName, m_model);
+    else
+        useDefinition(veldra::readDefinition(data, sourceName));
+}
+
+void ComponentSession::useDefinition(const std::shared_ptr<veldra::SQLInfo> &definition)
+{
+    m_host->setSlotValue(QStringLiteral("SQLInfo"), tessaly::variant::holding(definition));
+    // A selection is named by its alias when it has one: an expression's text may hold commas.
+    QStringList names;
+    for (const QString &selection : definition->selections()->items()) {
+        const veldra::ColumnInfo *column = definition->peekColumnInfoFromDispName(selection);
+        names.append(column && !column->alias().isEmpty() ? column->alias() : selection);
+    }
+    m_host->setSlotValue(QStringLiteral("selection"), names.join(u','));
+    const auto parameters = definition->parameters();
+    for (int i = 0; parameters && i < parameters->count(); ++i) {
+        const auto parameter = parameters->objectAt<veldra::ParamInfo>(i);
+        if (parameter && parameter->paramType() == veldra::ParamInfo::ChosenFromList
+            && !parameter->selections()->isEmpty() && m_host->hasSlot(parameters->key(i)))
+            m_host->setSlotValue(parameters->key(i), parameter->selections()->key(0));
+    }
 }
 
 void ComponentSession::save(const QString &fileName)
@@ -49,7 +76,7 @@ bool ComponentSession::applyAssignments(const QStringList &assignments)
     for (const QString &assignment : assignments) {
         const qsizetype equals = assignment.indexOf(u'=');
         if (equals <= 0) {
-            err() << "veldra: --set wants NAME=VALUE, not \"" << assignment << '"' << Qt::endl;
+            err() << "veldra: " << cliText(CliText::SetWantsAssignment).arg(assignment) << Qt::endl;
             return false;
         }
         setSlot(assignment.left(equals), assignment.mid(equals + 1));
@@ -83,15 +110,33 @@ std::shared_ptr<veldra::SQLInfo> ComponentSession::definition()
             tessaly::variant::heldObject(m_host->slotValue(QStringLiteral("SQLInfo"))));
 }
 
+std::shared_ptr<tessaly::NameMap> ComponentSession::parameterValues()
+{
+    return tessaly::objectCast<tessaly::NameMap>(
+            tessaly::variant::heldObject(m_host->slotValue(QStringLiteral("parameters"))));
+}
+
 std::shared_ptr<veldra::SQLInfo> readDefinitionOrComponent(const QString &fileName)
 {
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
-        throw tessaly::Error(tessaly::ErrorNumber::FileAccess, QStringLiteral("%1: %2").arg(fileName, file.errorString()));
-    const QByteArray data = file.readAll();
+    const QByteArray data = readInput(fileName);
     if (!tessaly::ComponentDocument::looksLikeComponentDocument(data))
-        return veldra::readDefinition(data, fileName);
+        return veldra::readDefinition(data, inputName(fileName));
     ComponentSession session;
-    session.load(data, fileName);
+    session.load(data, inputName(fileName));
     return session.definition();
+}
+
+QString inputName(const QString &fileName)
+{
+    return fileName == u"-" ? cliText(CliText::StandardInput) : fileName;
+}
+
+QByteArray readInput(const QString &fileName)
+{
+    QFile file;
+    const bool opened = fileName == u"-" ? file.open(stdin, QIODevice::ReadOnly) : (file.setFileName(fileName), file.open(QIODevice::ReadOnly));
+    if (!opened)
+        throw tessaly::Error(tessaly::ErrorNumber::FileAccess,
+                             QStringLiteral("%1: %2").arg(inputName(fileName), file.errorString()));
+    return file.readAll();
 }

@@ -5,6 +5,10 @@
 
 #include <memory>
 
+namespace tessaly {
+class NameMap;
+}
+
 namespace veldra {
 class SQLInfo;
 }
@@ -15,9 +19,13 @@ class ComponentSession
 public:
     ComponentSession();
 
-    // Raise tessaly::Error naming the file, line and column of what is wrong.
+    // Raise tessaly::Error naming the file, line and column of what is wrong. The file holds a
+    // component document or a bare query definition ("-": standard input).
     void load(const QString &fileName);
     void load(const QByteArray &data, const QString &sourceName);
+    // Hosts a bare definition: every selection of it selected, and each parameter chosen from a
+    // list set to the list's first value.
+    void useDefinition(const std::shared_ptr<veldra::SQLInfo> &definition);
     void save(const QString &fileName);
 
     // Writes a slot as the framework does. Raises tessaly::Error for an unknown slot or a value
@@ -38,6 +46,8 @@ public:
     // The model, for callers that hold models by reference (the wizard); it lives as long as
     // the session.
     std::shared_ptr<tessaly::zetPrimitiveModel> model() { return { m_host, &m_model }; }
+    // The current value of each parameter reference.
+    std::shared_ptr<tessaly::NameMap> parameterValues();
     tessaly::ModelHost &host() { return *m_host; }
 
 private:
@@ -47,3 +57,8 @@ private:
 
 // A query definition from FILE, which holds either a definition or a whole component.
 std::shared_ptr<veldra::SQLInfo> readDefinitionOrComponent(const QString &fileName);
+
+// The bytes of FILE, or of standard input for "-"; raises tessaly::Error when it cannot be read.
+QByteArray readInput(const QString &fileName);
+// How messages name FILE.
+QString inputName(const QString &fileName);

@@ -1,8 +1,12 @@
 #include "command.h"
+#include "clitext.h"
+#include "cliuiservice.h"
 #include "componentsession.h"
 
 #include "dataservice/dataservice.h"
 #include "dataservice/localserviceproxy.h"
+#include "tessaly/componentdocument.h"
+#include "tessaly/error.h"
 #include "tessaly/widgets/widgetuiservice.h"
 #include "veldra/records/sqlinfo.h"
 #include "veldra/wizard/frmwizard.h"
@@ -31,32 +35,33 @@ bool editNeedsWidgets()
 int runEdit(const QStringList &arguments)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-            "Opens the query creation wizard on the component in DOC, or on a new component when DOC\n"
-            "does not exist, against the configured data service. Finish saves the component into\n"
-            "DOC; Quit leaves DOC as it was. Needs a display."));
-    parser.addPositionalArgument(QStringLiteral("DOC"), QStringLiteral("a component document"));
+    parser.setApplicationDescription(cliText(CliText::EditDescription));
+    parser.addPositionalArgument(QStringLiteral("DOC"), cliText(CliText::EditDocArgument));
     if (const auto status = parseCommandLine(parser, arguments, QStringLiteral("edit")))
         return *status;
     if (parser.positionalArguments().size() != 1) {
-        err() << "veldra edit: give exactly one DOC (see veldra edit --help)" << Qt::endl;
+        err() << "veldra edit: " << cliText(CliText::GiveOneDoc).arg(QStringLiteral("edit")) << Qt::endl;
         return exitcode::badInput;
     }
     const QString document = parser.positionalArguments().constFirst();
 
     // A bad document is said before any window opens.
     ComponentSession session;
-    if (QFileInfo::exists(document))
-        session.load(document);
+    if (QFileInfo::exists(document)) {
+        const QByteArray data = readInput(document);
+        if (!tessaly::ComponentDocument::looksLikeComponentDocument(data))
+            throw tessaly::Error(tessaly::ErrorNumber::InvalidArgument,
+                                 cliText(CliText::EditWantsComponent).arg(inputName(document)));
+        session.load(data, inputName(document));
+    }
 
     if (!qobject_cast<QApplication *>(QCoreApplication::instance())) {
-        err() << "veldra edit: no display to show the wizard on: neither DISPLAY nor WAYLAND_DISPLAY is set"
-              << Qt::endl;
+        err() << "veldra edit: " << cliText(CliText::NoDisplay) << Qt::endl;
         return exitcode::noResult;
     }
     if (showsNoWindows(QGuiApplication::platformName())) {
-        err() << "veldra edit: the display platform \"" << QGuiApplication::platformName()
-              << "\" shows no windows; run it on a desktop" << Qt::endl;
+        err() << "veldra edit: " << cliText(CliText::PlatformShowsNoWindows).arg(QGuiApplication::platformName())
+              << Qt::endl;
         return exitcode::noResult;
     }
 
@@ -65,7 +70,7 @@ int runEdit(const QStringList &arguments)
     const bool shown = wizard.StartWizard(
             session.model(), std::make_shared<dataservice::LocalServiceProxy>(std::make_shared<dataservice::DataService>()),
             session.definition());
-    tessaly::UiService::setInstance(nullptr);
+    tessaly::UiService::setInstance(std::make_shared<CliUiService>());
     if (!shown || wizard.result() != QDialog::Accepted)
         return exitcode::ok;
     session.save(document);

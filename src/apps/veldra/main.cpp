@@ -1,10 +1,16 @@
+#include "clitext.h"
+#include "cliuiservice.h"
 #include "command.h"
+#include "outputerror.h"
 
 #include "tessaly/error.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QTranslator>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -23,10 +29,12 @@ QTextStream &err()
 
 QString usageText(const QCommandLineParser &parser, const QString &name)
 {
+    // Qt names the program by the path it was started as; the usage line names the command.
     QString help = parser.helpText();
-    const qsizetype options = help.indexOf(QLatin1String(" [options]"));
-    if (help.startsWith(QLatin1String("Usage: ")) && options > 0)
-        help.replace(7, options - 7, QStringLiteral("veldra ") + name);
+    const QString program = QCoreApplication::arguments().constFirst();
+    const qsizetype at = help.indexOf(program);
+    if (at >= 0 && at < help.indexOf(u'\n'))
+        help.replace(at, program.size(), QStringLiteral("veldra ") + name);
     return help;
 }
 
@@ -37,7 +45,8 @@ std::optional<int> parseCommandLine(QCommandLineParser &parser, const QStringLis
         err() << "veldra " << name << ": " << parser.errorText() << Qt::endl;
         return exitcode::badInput;
     }
-    if (parser.isSet(QStringLiteral("help"))) {
+    // Help of any kind is all a command does when asked for it.
+    if (parser.isSet(QStringLiteral("help")) || parser.isSet(QStringLiteral("help-all"))) {
         out() << usageText(parser, name);
         return exitcode::ok;
     }
@@ -46,30 +55,42 @@ std::optional<int> parseCommandLine(QCommandLineParser &parser, const QStringLis
 
 int reportNoRequest(const QString &command, const QString &document, const QString &missing)
 {
-    err() << "veldra " << command << ": " << document << " yields no request: " << missing << Qt::endl;
+    err() << "veldra " << command << ": " << cliText(CliText::YieldsNoRequest).arg(document, missing) << Qt::endl;
     return exitcode::noResult;
 }
 
 namespace {
 
+// Writes out what the text stream holds; false when standard output refused it.
+bool flushStandardOutput()
+{
+    out().flush();
+    return out().status() == QTextStream::Ok && std::fflush(stdout) == 0 && !std::ferror(stdout);
+}
+
+struct Command
+{
+    const char16_t *name;
+    CliText summary;
+    int (*run)(const QStringList &arguments);
+};
+
 const Command commands[] = {
-    { QStringLiteral("sql"), QStringLiteral("print the SELECT statement text of a query definition"), runSql },
-    { QStringLiteral("request"), QStringLiteral("print the data-service request of a component, after setting slots"),
-      runRequest },
-    { QStringLiteral("run"), QStringLiteral("send a component's request to the data service and print the rows"), runRun },
-    { QStringLiteral("browse"), QStringLiteral("list providers, data sources, catalogs, tables or columns"), runBrowse },
-    { QStringLiteral("register"), QStringLiteral("write the library's class identifiers into the registry store"),
-      runRegister },
-    { QStringLiteral("edit"), QStringLiteral("open the query creation wizard on a component and save what it makes"),
-      runEdit },
+    { u"sql", CliText::SqlSummary, runSql },
+    { u"request", CliText::RequestSummary, runRequest },
+    { u"run", CliText::RunSummary, runRun },
+    { u"params", CliText::ParamsSummary, runParams },
+    { u"browse", CliText::BrowseSummary, runBrowse },
+    { u"register", CliText::RegisterSummary, runRegister },
+    { u"edit", CliText::EditSummary, runEdit },
 };
 
 void printUsage(QTextStream &stream)
 {
-    stream << "Usage: veldra COMMAND [OPTIONS]\n\nCommands:\n";
+    stream << cliText(CliText::Usage) << "\n\n" << cliText(CliText::CommandsHeading) << '\n';
     for (const Command &command : commands)
-        stream << "  " << command.name.leftJustified(10) << command.summary << '\n';
-    stream << "\nRun 'veldra COMMAND --help' for the options of a command.\n";
+        stream << "  " << QString::fromUtf16(command.name).leftJustified(10) << cliText(command.summary) << '\n';
+    stream << '\n' << cliText(CliText::MoreHelp) << '\n';
 }
 
 } // namespace
@@ -81,26 +102,42 @@ int main(int argc, char **argv)
     const std::unique_ptr<QCoreApplication> app = widgets ? std::make_unique<QApplication>(argc, argv)
                                                           : std::make_unique<QCoreApplication>(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("veldra"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(VELDRA_VERSION));
+    tessaly::UiService::setInstance(std::make_shared<CliUiService>());
+    const std::unique_ptr<QTranslator> translator(createParserTranslator());
+    if (translator)
+        QCoreApplication::installTranslator(translator.get());
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() < 2 || arguments.at(1) == u"--help" || arguments.at(1) == u"-h") {
+    if (arguments.size() < 2 || arguments.at(1) == u"--help" || arguments.at(1) == u"-h"
+        || arguments.at(1) == u"--help-all") {
         printUsage(arguments.size() < 2 ? err() : out());
         return arguments.size() < 2 ? exitcode::badInput : exitcode::ok;
     }
+    if (arguments.at(1) == u"--version") {
+        out() << "veldra " << QCoreApplication::applicationVersion() << '\n';
+        return flushStandardOutput() ? exitcode::ok : exitcode::writeFailed;
+    }
     for (const Command &command : commands) {
-        if (command.name != arguments.at(1))
+        const QString name = QString::fromUtf16(command.name);
+        if (name != arguments.at(1))
             continue;
         try {
             const int status = command.run(arguments.mid(1));
-            out().flush();
+            if (!flushStandardOutput())
+                throw OutputError(std::strerror(errno));
             err().flush();
             return status;
         } catch (const tessaly::Error &error) {
-            out().flush();
-            err() << "veldra " << command.name << ": " << error.message() << Qt::endl;
+            flushStandardOutput();
+            err() << "veldra " << name << ": " << serviceReason(error.number(), error.message()) << Qt::endl;
             return exitcode::badInput;
+        } catch (const OutputError &error) {
+            err() << "veldra " << name << ": "
+                  << cliText(CliText::WriteFailed).arg(QString::fromLocal8Bit(error.what())) << Qt::endl;
+            return exitcode::writeFailed;
         }
     }
-    err() << "veldra: unknown command '" << arguments.at(1) << "'\n\n";
+    err() << "veldra: " << cliText(CliText::UnknownCommand).arg(arguments.at(1)) << "\n\n";
     printUsage(err());
     return exitcode::badInput;
 }

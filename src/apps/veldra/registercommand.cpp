@@ -1,3 +1,4 @@
+#include "clitext.h"
 #include "command.h"
 
 #include "tessaly/registrystore.h"
@@ -9,19 +10,17 @@
 int runRegister(const QStringList &arguments)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-            "Writes the library's class identifiers (ProgID -> CLSID) into the registry store that\n"
-            "hosts read, so that records and the component answer their CLSIDs."));
-    const QCommandLineOption file(QStringLiteral("file"), QStringLiteral("the registry file (default: %1)")
-                                                                  .arg(tessaly::RegistryStore::defaultFileName()),
+    parser.setApplicationDescription(cliText(CliText::RegisterDescription));
+    const QCommandLineOption file(QStringLiteral("file"),
+                                  cliText(CliText::RegistryFileOption).arg(tessaly::RegistryStore::defaultFileName()),
                                   QStringLiteral("PATH"), tessaly::RegistryStore::defaultFileName());
-    const QCommandLineOption remove(QStringLiteral("remove"), QStringLiteral("remove the entries instead"));
+    const QCommandLineOption remove(QStringLiteral("remove"), cliText(CliText::RemoveOption));
     parser.addOption(file);
     parser.addOption(remove);
     if (const auto status = parseCommandLine(parser, arguments, QStringLiteral("register")))
         return *status;
     if (!parser.positionalArguments().isEmpty()) {
-        err() << "veldra register: takes no arguments" << Qt::endl;
+        err() << "veldra register: " << cliText(CliText::RegisterUsage) << Qt::endl;
         return exitcode::badInput;
     }
     tessaly::RegistryStore store;

@@ -1,6 +1,9 @@
 #include "command.h"
 #include "componentsession.h"
-#include "resultset.h"
+#include "clitext.h"
+#include "outputerror.h"
+#include "outputfile.h"
+#include "resultprinter.h"
 
 #include "dataservice/dataservice.h"
 #include "tessaly/error.h"
@@ -8,6 +11,8 @@
 
 #include <QCommandLineParser>
 #include <QDomDocument>
+
+#include <unistd.h>
 
 namespace {
 
@@ -26,7 +31,7 @@ void reportFailure(const tessaly::Error &error, const QString &request)
     report.catalog = field("catalog");
     report.table = field("table");
     veldra::reportDatabaseErrorAsText(report);
-    err() << "veldra run: " << error.message() << Qt::endl;
+    err() << "veldra run: " << serviceReason(error.number(), error.message()) << Qt::endl;
 }
 
 } // namespace
@@ -34,22 +39,19 @@ void reportFailure(const tessaly::Error &error, const QString &request)
 int runRun(const QStringList &arguments)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-            "Builds the request of the component in DOC as 'veldra request' does, sends it to the data\n"
-            "service and prints the rows. Exit status: 0 rows printed; 1 no request, or the service\n"
-            "refused or failed it (the database error report goes to standard error); 2 bad input."));
-    parser.addPositionalArgument(QStringLiteral("DOC"), QStringLiteral("a saved component document"));
-    const QCommandLineOption set(QStringLiteral("set"), QStringLiteral("write VALUE into the slot NAME first; repeatable"),
-                                 QStringLiteral("NAME=VALUE"));
-    const QCommandLineOption format(QStringLiteral("format"), QStringLiteral("table (default), csv, json or xml"),
-                                    QStringLiteral("FORMAT"), QStringLiteral("table"));
+    parser.setApplicationDescription(cliText(CliText::RunDescription));
+    parser.addPositionalArgument(QStringLiteral("DOC"), cliText(CliText::DocArgument));
+    const QCommandLineOption set(QStringLiteral("set"), cliText(CliText::SetFirstOption), QStringLiteral("NAME=VALUE"));
+    const QCommandLineOption format(QStringLiteral("format"), cliText(CliText::FormatOption), QStringLiteral("FORMAT"),
+                                    QStringLiteral("table"));
     parser.addOption(set);
     parser.addOption(format);
     if (const auto status = parseCommandLine(parser, arguments, QStringLiteral("run")))
         return *status;
-    const QString outputFormat = parser.value(format);
-    if (parser.positionalArguments().size() != 1 || !QStringList { QStringLiteral("table"), QStringLiteral("csv"), QStringLiteral("json"), QStringLiteral("xml") }.contains(outputFormat)) {
-        err() << "veldra run: give one DOC and a --format of table, csv, json or xml (see veldra run --help)" << Qt::endl;
+    OutputFile output(STDOUT_FILENO);
+    const std::unique_ptr<ResultPrinter> printer = ResultPrinter::create(parser.value(format), output);
+    if (parser.positionalArguments().size() != 1 || !printer) {
+        err() << "veldra run: " << cliText(CliText::RunUsage) << Qt::endl;
         return exitcode::badInput;
     }
     const QString document = parser.positionalArguments().constFirst();
@@ -60,20 +62,25 @@ int runRun(const QStringList &arguments)
     if (!session.loadAndBuild(document, parser.values(set), &request, &missing))
         return exitcode::badInput;
     if (!request)
-        return reportNoRequest(QStringLiteral("run"), document, missing);
+        return reportNoRequest(QStringLiteral("run"), inputName(document), missing);
 
-    QByteArray response;
+    const dataservice::DataService service; // a bad configuration is bad input, as for every command
     try {
-        response = dataservice::DataService().answer(request->toUtf8());
+        service.select(request->toUtf8(), *printer);
     } catch (const tessaly::Error &error) {
+        try {
+            printer->abandon();
+        } catch (const OutputError &) {
+            // The service's failure is the one to report.
+        }
         reportFailure(error, *request);
+        if (output.wroteAnything())
+            err() << "veldra run: " << cliText(CliText::IncompleteResult) << Qt::endl;
         return exitcode::noResult;
     }
-    if (outputFormat == u"xml") {
-        out() << QString::fromUtf8(response) << '\n';
-        return exitcode::ok;
+    if (printer->truncated()) {
+        err() << "veldra run: " << cliText(CliText::CapNotice).arg(printer->rowCap()) << Qt::endl;
+        return exitcode::cutAtRowCap;
     }
-    const ResultSet rows = ResultSet::fromResponse(response);
-    out() << (outputFormat == u"csv" ? rows.toCsv() : outputFormat == u"json" ? rows.toJson() : rows.toTable());
     return exitcode::ok;
 }

@@ -1,32 +1,79 @@
+#include "clitext.h"
 #include "command.h"
 #include "componentsession.h"
 
 #include "tessaly/error.h"
-#include "veldra/records/definitionfile.h"
+#include "tessaly/namemap.h"
+#include "tessaly/variant.h"
+#include "veldra/component/parameterreference.h"
+#include "veldra/records/sqlinfo.h"
 #include "veldra/records/statementtext.h"
 
 #include <QCommandLineParser>
 
+namespace {
+
+// The statement text with each parameter reference replaced by its current value, and a row
+// count taken as a parameter by the TopN slot's value.
+QString filledIn(const QString &statement, ComponentSession &session)
+{
+    const auto values = session.parameterValues();
+    QStringList lines = statement.split(QStringLiteral("\r\n"));
+    // Line by line: a line break does not end a reference, so one at the end of a line would run on.
+    for (QString &line : lines) {
+        QString text;
+        const QStringView rest = veldra::parameterreference::scan(line, [&](QStringView before, QStringView reference) {
+            text += before;
+            QVariant value;
+            if (values && values->lookup(reference.toString(), &value))
+                text += tessaly::variant::toText(value);
+            else
+                text += reference;
+        });
+        text += rest;
+        line = text;
+    }
+    QString text = lines.join(QStringLiteral("\r\n"));
+    const auto query = session.definition();
+    if (query && query->topNAsParam()) {
+        const QString marker = QStringLiteral("TOP <parameter(%1)>").arg(query->topN());
+        text.replace(marker, QStringLiteral("TOP ") + tessaly::variant::toText(session.host().slotValue(QStringLiteral("TopN"))));
+    }
+    return text;
+}
+
+} // namespace
+
 int runSql(const QStringList &arguments)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-            "Prints the SELECT statement text of the query definition stored in FILE\n"
-            "(a saved definition, or a component document holding one)."));
-    parser.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("a saved query definition or component document"));
+    parser.setApplicationDescription(cliText(CliText::SqlDescription));
+    parser.addPositionalArgument(QStringLiteral("FILE"), cliText(CliText::FileArgument));
+    const QCommandLineOption set(QStringLiteral("set"), cliText(CliText::SetFirstOption), QStringLiteral("NAME=VALUE"));
+    const QCommandLineOption filled(QStringLiteral("filled"), cliText(CliText::FilledOption));
+    parser.addOption(set);
+    parser.addOption(filled);
     if (const auto status = parseCommandLine(parser, arguments, QStringLiteral("sql")))
         return *status;
     if (parser.positionalArguments().size() != 1) {
-        err() << "veldra sql: give exactly one FILE (see veldra sql --help)\n";
+        err() << "veldra sql: " << cliText(CliText::GiveOneFile).arg(QStringLiteral("sql")) << Qt::endl;
         return exitcode::badInput;
     }
     const QString fileName = parser.positionalArguments().constFirst();
-    const auto query = readDefinitionOrComponent(fileName);
+    ComponentSession session;
+    session.load(fileName);
+    if (!session.applyAssignments(parser.values(set)))
+        return exitcode::badInput;
+    const auto query = session.definition();
+    QString missing;
+    if (parser.isSet(filled))
+        session.currentRequest(&missing); // the model takes up the values set
     try {
         // Built whole before anything is printed, so a failure never leaves half a statement.
-        out() << veldra::statementText(*query);
+        const QString statement = veldra::statementText(*query);
+        out() << (parser.isSet(filled) ? filledIn(statement, session) : statement);
     } catch (const tessaly::Error &error) {
-        err() << "veldra sql: " << fileName << ": " << error.message() << '\n';
+        err() << "veldra sql: " << inputName(fileName) << ": " << error.message() << '\n';
         return exitcode::badInput;
     }
     return exitcode::ok;

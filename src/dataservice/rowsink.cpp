@@ -1,0 +1,7 @@
+#include "rowsink.h"
+
+namespace dataservice {
+
+RowSink::~RowSink() = default;
+
+} // namespace dataservice

@@ -1,0 +1,81 @@
+# Run by CTest as install_tree; see CMakeLists.txt beside it.
+set(prefix ${WORK_DIR}/prefix)
+file(REMOVE_RECURSE ${WORK_DIR})
+
+function(must_run)
+    execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err)
+    if(NOT status EQUAL 0)
+        message(FATAL_ERROR "${ARGN} failed (${status}):\n${out}\n${err}")
+    endif()
+    set(output "${out}" PARENT_SCOPE)
+endfunction()
+
+must_run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
+
+set(expected
+    bin/veldra bin/veldra-studio share/applications/veldra-studio.desktop
+    ${LIBDIR}/libVeldra.so.${VERSION} ${LIBDIR}/libVeldra.so.${VERSION_MAJOR} ${LIBDIR}/libVeldra.so
+    ${LIBDIR}/libtessaly.so.${VERSION} ${LIBDIR}/libtessaly.so.${VERSION_MAJOR} ${LIBDIR}/libtessaly.so
+    ${LIBDIR}/libVeldraUi.so.${VERSION_MAJOR} ${LIBDIR}/libtessalywidgets.so.${VERSION_MAJOR}
+    include/veldra/veldra/records/sqlinfo.h include/veldra/veldra/resources/strings.def
+    include/veldra/veldra/component/tsyparamconditionmodel.h include/veldra/tessaly/namemap.h
+    ${LIBDIR}/cmake/Veldra/VeldraConfig.cmake ${LIBDIR}/cmake/Veldra/VeldraConfigVersion.cmake
+    ${LIBDIR}/cmake/Veldra/VeldraTargets.cmake
+    share/veldra/sample.db share/veldra/samples/sales-by-region.component.xml share/veldra/samples/sales-by-region.xml
+    share/doc/veldra/README.md share/doc/veldra/cli.md share/doc/veldra/protocol.md share/man/man1/veldra.1)
+foreach(file IN LISTS expected)
+    if(NOT EXISTS ${prefix}/${file})
+        message(FATAL_ERROR "missing from the install tree: ${file}")
+    endif()
+endforeach()
+
+# The tool and the studio are the package's only programs: no tests, no benchmarks; no data
+# service internals.
+file(GLOB programs RELATIVE ${prefix}/bin ${prefix}/bin/*)
+list(SORT programs)
+if(NOT programs STREQUAL "veldra;veldra-studio")
+    message(FATAL_ERROR "bin/ holds ${programs}, not just veldra and veldra-studio")
+endif()
+file(GLOB_RECURSE internals ${prefix}/include/*dataservice* ${prefix}/${LIBDIR}/*dataservice*)
+if(internals)
+    message(FATAL_ERROR "the data service's internals are installed: ${internals}")
+endif()
+
+# Sonames carry the major version; RUNPATHs are relative to the installed files.
+must_run(readelf -d ${prefix}/${LIBDIR}/libVeldra.so.${VERSION})
+if(NOT output MATCHES "SONAME[^\n]*\\[libVeldra\\.so\\.${VERSION_MAJOR}\\]")
+    message(FATAL_ERROR "libVeldra's soname is not libVeldra.so.${VERSION_MAJOR}:\n${output}")
+endif()
+must_run(readelf -d ${prefix}/bin/veldra)
+if(NOT output MATCHES "RUNPATH[^\n]*\\[\\$ORIGIN/\\.\\./${LIBDIR}\\]")
+    message(FATAL_ERROR "veldra's RUNPATH is not $ORIGIN/../${LIBDIR}:\n${output}")
+endif()
+
+# The installed tool runs from its own libraries on its own sample database.
+file(MAKE_DIRECTORY ${WORK_DIR}/config)
+must_run(${CMAKE_COMMAND} -E env --unset=VELDRA_SAMPLE_DB --unset=LD_LIBRARY_PATH VELDRA_LANG=en
+    XDG_CONFIG_HOME=${WORK_DIR}/config
+    ${prefix}/bin/veldra run ${prefix}/share/veldra/samples/sales-by-region.component.xml --format csv)
+if(NOT output MATCHES "^Region,Segment,Orders,Revenue" OR NOT output MATCHES "North East,Small business,")
+    message(FATAL_ERROR "the installed veldra printed:\n${output}")
+endif()
+
+# A project finds the package and builds against the installed headers and libraries.
+file(WRITE ${WORK_DIR}/consumer/CMakeLists.txt "cmake_minimum_required(VERSION 3.25)
+project(Consumer LANGUAGES CXX)
+set(CMAKE_CXX_STANDARD 17)
+find_package(Veldra ${VERSION} REQUIRED)
+add_executable(consumer main.cpp)
+target_link_libraries(consumer PRIVATE Veldra::Veldra)
+")
+file(WRITE ${WORK_DIR}/consumer/main.cpp "#include \"veldra/records/sqlinfo.h\"
+int main() { return veldra::SQLInfo().getTableNames().isEmpty() ? 0 : 1; }
+")
+set(sanitize)
+if(SANITIZE) # the installed libraries need the sanitizers' run time
+    set(sanitize "-DCMAKE_CXX_FLAGS=-fsanitize=address,undefined" "-DCMAKE_EXE_LINKER_FLAGS=-fsanitize=address,undefined")
+endif()
+must_run(${CMAKE_COMMAND} -S ${WORK_DIR}/consumer -B ${WORK_DIR}/consumer/build -G ${GENERATOR}
+    -DCMAKE_PREFIX_PATH=${prefix} ${sanitize})
+must_run(${CMAKE_COMMAND} --build ${WORK_DIR}/consumer/build)
+must_run(${WORK_DIR}/consumer/build/consumer)
