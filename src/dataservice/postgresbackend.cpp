@@ -11,10 +11,25 @@
 #include <libpq-fe.h>
 
 #include <array>
+#include <chrono>
+
+#include <cstdlib>
+#include <cstring>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
 
 namespace dataservice {
 
 namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// How much the process may grow while one message (a row, an error) arrives, and the time
+// beyond the statement timeout an answer may take to arrive.
+constexpr qint64 GrowthLimit = 128 * 1024 * 1024;
+constexpr int AnswerGraceMs = 2000;
 
 // Built-in functions that are not immutable but that a query may call: clocks, formatting
 // and JSON building. Immutable built-ins are allowed without a list; everything else
@@ -98,6 +113,23 @@ void clearResult(pg_result *result)
 QString errorText(const pg_result *result, const pg_conn *conn)
 {
     return MessageText::fromEngine(result ? PQresultErrorMessage(result) : PQerrorMessage(conn));
+}
+
+// The process's resident memory in bytes, or -1 where it cannot be read.
+qint64 residentBytes()
+{
+    const int fd = ::open("/proc/self/statm", O_RDONLY | O_CLOEXEC);
+    if (fd < 0)
+        return -1;
+    char buffer[128];
+    const ssize_t size = ::read(fd, buffer, sizeof buffer - 1);
+    ::close(fd);
+    if (size <= 0)
+        return -1;
+    buffer[size] = '\0';
+    char *end = nullptr;
+    std::strtoll(buffer, &end, 10); // total size; resident follows
+    return std::strtoll(end, nullptr, 10) * qint64(sysconf(_SC_PAGESIZE));
 }
 
 bool isTrue(const pg_result *result, int column)
@@ -332,6 +364,45 @@ void PostgresBackend::checkStatement(const QString &sql, const QString &catalog)
     command(QStringLiteral("ROLLBACK"));
 }
 
+// PQgetResult, with bounds: libpq takes in a whole message before it hands it on, and
+// copies an error message several times over, so one row or error quoting a value of
+// hundreds of megabytes would grow the process by gigabytes. libpq does not say how much
+// it holds, so the process's growth while a message arrives is watched: past GrowthLimit,
+// or when the answer does not come within the timeout and a grace period, the connection
+// is closed, which frees what libpq held.
+pg_result *PostgresBackend::receive()
+{
+    const auto deadline = Clock::now() + std::chrono::milliseconds(m_dataSource.timeoutMs + AnswerGraceMs);
+    qint64 start = -1;
+    for (;;) {
+        if (!PQconsumeInput(m_conn))
+            failWith(nullptr, QStringLiteral("The answer could not be read"));
+        if (!PQisBusy(m_conn))
+            return PQgetResult(m_conn);
+        const qint64 resident = residentBytes();
+        if (start < 0)
+            start = resident;
+        else if (resident - start > GrowthLimit)
+            abandon(ErrorNumber::DatabaseError,
+                    QStringLiteral("The server's answer holds a row or a message larger than data source %1 takes "
+                                   "(a value, or an error quoting a value, of more than about %2 MB); the "
+                                   "connection was closed.").arg(m_dataSource.name).arg(GrowthLimit / 4 / 1024 / 1024));
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
+        pollfd socket{PQsocket(m_conn), POLLIN, 0};
+        if (left <= 0 || poll(&socket, 1, int(left)) == 0)
+            abandon(ErrorNumber::Timeout, QStringLiteral("The server did not answer within %1 ms, the limit of data "
+                                                         "source %2, and the connection was closed.")
+                                              .arg(m_dataSource.timeoutMs).arg(m_dataSource.name));
+    }
+}
+
+void PostgresBackend::abandon(qint32 number, const QString &message)
+{
+    PQfinish(m_conn);
+    m_conn = nullptr;
+    throw tessaly::Error(number, message);
+}
+
 void PostgresBackend::stream(const QString &sql, qint64 limit, ResponseWriter &writer)
 {
     if (!PQsendQueryParams(m_conn, sql.toUtf8().constData(), 0, nullptr, nullptr, nullptr, nullptr, 0)
@@ -343,7 +414,7 @@ void PostgresBackend::stream(const QString &sql, qint64 limit, ResponseWriter &w
     bool truncated = false;
     Result failed(nullptr, clearResult);
     for (;;) {
-        Result result(PQgetResult(m_conn), clearResult);
+        Result result(receive(), clearResult);
         if (!result)
             break;
         const ExecStatusType status = PQresultStatus(result.get());

@@ -38,6 +38,8 @@ private:
     void setLimits(const QString &catalog);
     void startReadOnly(const QString &catalog);
     void checkStatement(const QString &sql, const QString &catalog);
+    pg_result *receive();
+    [[noreturn]] void abandon(qint32 number, const QString &message);
     void stream(const QString &sql, qint64 limit, ResponseWriter &writer);
     [[noreturn]] void failWith(pg_result *result, const QString &what) const;
 

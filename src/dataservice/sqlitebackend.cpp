@@ -1,6 +1,7 @@
 #include "sqlitebackend.h"
 
 #include "errornumber.h"
+#include "messagetext.h"
 #include "request.h"
 #include "responsewriter.h"
 
@@ -14,6 +15,7 @@
 #include <chrono>
 #include <cstring>
 #include <memory>
+#include <mutex>
 
 namespace dataservice {
 
@@ -35,8 +37,18 @@ struct StatementDeleter
 };
 using Statement = std::unique_ptr<sqlite3_stmt, StatementDeleter>;
 
-constexpr int LengthLimit = 100 * 1000 * 1000;
-constexpr int ProgressSteps = 1000;
+// One value, one statement's text, one LIKE or GLOB pattern: bounded, so no single call of a
+// function can build a value without end or run far past the deadline between two looks
+// at the clock.
+constexpr int LengthLimit = 8 * 1024 * 1024;
+constexpr int SqlLengthLimit = 1024 * 1024;
+constexpr int LikePatternLimit = 256;
+// The clock is read every ProgressSteps virtual machine steps: often enough that the
+// costliest single step under the limits above ends well within the time limit.
+constexpr int ProgressSteps = 100;
+// Bytes of one record's values, so a select list cannot repeat a large value without end.
+constexpr qint64 RecordLimit = 32 * 1024 * 1024;
+constexpr sqlite3_int64 HeapLimit = 256 * 1024 * 1024;
 
 // Functions a query may call: pure computations on the values it reads. Anything that
 // reaches outside the statement (load_extension, the fts3 tokenizer hook, ...) is missing.
@@ -136,6 +148,22 @@ bool isBlankTail(const char *tail)
     return true;
 }
 
+// The response holds one record at a time; this keeps that record within bounds.
+void checkRecordSize(sqlite3_stmt *statement, int count, const QString &dataSource)
+{
+    qint64 bytes = 0;
+    for (int i = 0; i < count; ++i) {
+        // Only text and blobs are measured: asking a number's size would convert it.
+        const int type = sqlite3_column_type(statement, i);
+        bytes += type == SQLITE_TEXT || type == SQLITE_BLOB ? sqlite3_column_bytes(statement, i) : 32;
+    }
+    if (bytes > RecordLimit)
+        throw tessaly::Error(ErrorNumber::StatementRefused,
+                             QStringLiteral("The statement is refused: one of its records holds %1 bytes, more than "
+                                            "the %2 bytes a record of data source %3 may hold.")
+                                 .arg(bytes).arg(RecordLimit).arg(dataSource));
+}
+
 QString columnText(sqlite3_stmt *statement, int column)
 {
     const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(statement, column));
@@ -147,6 +175,14 @@ QString columnText(sqlite3_stmt *statement, int column)
 SqliteBackend::SqliteBackend(DataSource dataSource)
     : Backend(std::move(dataSource))
 {
+    // The values of one result row live in SQLite's memory together; the length limit
+    // bounds each, this bounds them all (and every other use of SQLite in the process).
+    static std::once_flag heapLimit;
+    std::call_once(heapLimit, [] {
+        const sqlite3_int64 current = sqlite3_hard_heap_limit64(-1);
+        if (current == 0 || current > HeapLimit)
+            sqlite3_hard_heap_limit64(HeapLimit);
+    });
     open();
 }
 
@@ -159,7 +195,7 @@ void SqliteBackend::fail(qint32 number, const QString &what) const
 {
     throw tessaly::Error(number, QStringLiteral("%1 (data source %2, file %3): %4")
                                      .arg(what, m_dataSource.name, m_dataSource.path,
-                                          QString::fromUtf8(sqlite3_errmsg(m_db))));
+                                          MessageText::fromEngine(sqlite3_errmsg(m_db))));
 }
 
 void SqliteBackend::open()
@@ -176,6 +212,8 @@ void SqliteBackend::open()
     sqlite3_db_config(m_db, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
     sqlite3_db_config(m_db, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0, nullptr);
     sqlite3_limit(m_db, SQLITE_LIMIT_LENGTH, LengthLimit);
+    sqlite3_limit(m_db, SQLITE_LIMIT_SQL_LENGTH, SqlLengthLimit);
+    sqlite3_limit(m_db, SQLITE_LIMIT_LIKE_PATTERN_LENGTH, LikePatternLimit);
     sqlite3_busy_timeout(m_db, m_dataSource.timeoutMs);
     // Reading the schema tells a database from any other file.
     Statement check(prepareOwn(QStringLiteral("SELECT count(*) FROM sqlite_master")));
@@ -300,6 +338,7 @@ void SqliteBackend::stream(sqlite3_stmt *statement, Guard &guard, qint64 limit, 
             truncated = rows == cap;
             break;
         }
+        checkRecordSize(statement, count, m_dataSource.name);
         writer.startRecord();
         for (int i = 0; i < count; ++i) {
             switch (sqlite3_column_type(statement, i)) {

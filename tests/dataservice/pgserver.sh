@@ -60,6 +60,16 @@ start() {
         GRANT SELECT ON ALL TABLES IN SCHEMA sales TO veldra_reader;
         GRANT EXECUTE ON FUNCTION sales.mark_cancelled(integer) TO veldra_reader;
         GRANT SET ON PARAMETER temp_file_limit TO veldra_reader;" >/dev/null
+    # Roles the service must refuse, each for one reason, and an extension whose functions
+    # run SQL on other connections, when the server has it.
+    "${psql[@]}" -d veldra_sample -c "CREATE ROLE veldra_signaller LOGIN IN ROLE pg_signal_backend;
+        CREATE ROLE veldra_writer LOGIN; CREATE ROLE veldra_creator LOGIN;
+        GRANT CONNECT, TEMPORARY ON DATABASE veldra_sample TO veldra_signaller, veldra_writer, veldra_creator;
+        GRANT USAGE ON SCHEMA sales TO veldra_signaller, veldra_writer;
+        GRANT SELECT ON ALL TABLES IN SCHEMA sales TO veldra_signaller, veldra_writer, veldra_creator;
+        GRANT INSERT ON sales.orders TO veldra_writer;
+        GRANT USAGE, CREATE ON SCHEMA sales TO veldra_creator;" >/dev/null
+    "${psql[@]}" -d veldra_sample -c "CREATE EXTENSION IF NOT EXISTS dblink SCHEMA public" >/dev/null 2>&1 || true
     {
         echo "workdir=$workdir"
         echo "bindir=$bindir"
