@@ -4,6 +4,7 @@
 #include "messagetext.h"
 #include "request.h"
 #include "responsewriter.h"
+#include "sqlitefunctions.h"
 
 #include <tessaly/error.h>
 
@@ -215,6 +216,7 @@ void SqliteBackend::open()
     sqlite3_limit(m_db, SQLITE_LIMIT_SQL_LENGTH, SqlLengthLimit);
     sqlite3_limit(m_db, SQLITE_LIMIT_LIKE_PATTERN_LENGTH, LikePatternLimit);
     sqlite3_busy_timeout(m_db, m_dataSource.timeoutMs);
+    m_functions = std::make_unique<SqliteFunctions>(m_db, LengthLimit);
     // Reading the schema tells a database from any other file.
     Statement check(prepareOwn(QStringLiteral("SELECT count(*) FROM sqlite_master")));
     if (sqlite3_step(check.get()) != SQLITE_ROW)
@@ -380,14 +382,17 @@ void SqliteBackend::select(const Request &request, ResponseWriter &writer)
     guard.deadline = Clock::now() + std::chrono::milliseconds(m_dataSource.timeoutMs);
     sqlite3_set_authorizer(m_db, authorize, &guard);
     sqlite3_progress_handler(m_db, ProgressSteps, checkDeadline, &guard);
+    m_functions->setDeadline(guard.deadline, &guard.timedOut);
     struct Reset {
         sqlite3 *db;
+        SqliteFunctions *functions;
         ~Reset()
         {
             sqlite3_set_authorizer(db, nullptr, nullptr);
             sqlite3_progress_handler(db, 0, nullptr, nullptr);
+            functions->clearDeadline();
         }
-    } reset{m_db};
+    } reset{m_db, m_functions.get()};
     Statement statement(prepareGuarded(sql, guard));
     stream(statement.get(), guard, fetchLimit(request), writer);
 }
