@@ -1,5 +1,6 @@
 #include "tessaly/componentdocument.h"
 
+#include "tessaly/documentfile.h"
 #include "tessaly/error.h"
 #include "tessaly/xmltagreader.h"
 #include "tessaly/xmltagwriter.h"
@@ -50,10 +51,7 @@ void ComponentDocument::load(const QByteArray &data, const QString &sourceName, 
 
 void ComponentDocument::load(const QString &fileName, zetPrimitiveModel &model)
 {
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
-        throw Error(ErrorNumber::FileAccess, QStringLiteral("%1: %2").arg(fileName, file.errorString()));
-    load(file.readAll(), fileName, model);
+    load(DocumentFile::read(fileName), fileName, model);
 }
 
 QByteArray ComponentDocument::save(zetPrimitiveModel &model)
@@ -72,6 +70,7 @@ QByteArray ComponentDocument::save(zetPrimitiveModel &model)
 
 void ComponentDocument::save(const QString &fileName, zetPrimitiveModel &model)
 {
+    DocumentFile::checkReplaceable(fileName);
     const QByteArray data = save(model);
     QSaveFile file(fileName);
     if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size() || !file.commit())

@@ -50,6 +50,7 @@ void tst_Cli::initTestCase()
     QFile source(definition);
     QVERIFY(source.open(QIODevice::ReadOnly) && truncated.open(QIODevice::WriteOnly));
     truncated.write(source.read(700));
+    QCOMPARE(QProcess::execute("mkfifo", { m_dir.filePath("fifo") }), 0);
 }
 
 void tst_Cli::commandsAnswerWithStatusAndMessage_data()
@@ -80,6 +81,16 @@ void tst_Cli::commandsAnswerWithStatusAndMessage_data()
     QTest::newRow("browse reports an unknown data source")
             << QStringList { "browse", "SQLite", "Nope" } << 1 << "" << "Error Code: 80045003";
     QTest::newRow("unknown command") << QStringList { "frobnicate" } << 2 << "" << "unknown command";
+    QTest::newRow("request refuses a control character XML cannot carry")
+            << QStringList { "request", component, "--set", QStringLiteral("@@@Region='a\u0001b'") } << 2 << ""
+            << "character U+0001";
+    QTest::newRow("reading a device stops at the size limit")
+            << QStringList { "sql", "/dev/zero" } << 2 << "" << "reading stopped";
+    QTest::newRow("save refuses to put a file in place of a FIFO")
+            << QStringList { "request", component, "--save", m_dir.filePath("fifo") } << 2 << ""
+            << "not a regular file";
+    QTest::newRow("save refuses a directory")
+            << QStringList { "request", component, "--save", m_dir.path() } << 2 << "" << "not a regular file";
 }
 
 void tst_Cli::commandsAnswerWithStatusAndMessage()

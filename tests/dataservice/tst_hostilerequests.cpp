@@ -18,6 +18,8 @@
 
 #include <libpq-fe.h>
 
+#include <limits>
+
 using namespace dataservice;
 
 namespace {
@@ -115,6 +117,7 @@ private Q_SLOTS:
     void attacksAreRefusedWithinLimits_data();
     void attacksAreRefusedWithinLimits();
     void tableNameWithControlCharacterKeepsTheListingWellFormed();
+    void rowCapAtTheLargestNumberDoesNotOverflow();
 
 private:
     void addSqliteRows();
@@ -455,6 +458,18 @@ void TestHostileRequests::tableNameWithControlCharacterKeepsTheListingWellFormed
             "<query><get><content>column</content><target><provider>SQLite</provider><dsn>Odd</dsn>"
             "<catalog>main</catalog><table>col</table></target></get></query>")));
     QCOMPARE(columns.documentElement().childNodes().size(), 0);
+}
+
+void TestHostileRequests::rowCapAtTheLargestNumberDoesNotOverflow()
+{
+    const qint64 largest = std::numeric_limits<qint64>::max();
+    const DataService service(DataSourceCatalog({ { "Big", "SQLite", m_dbPath, {}, {}, largest, TimeoutMs } }));
+    QDomDocument response;
+    QVERIFY(response.setContent(service.answer(recordRequest("SQLite", "Big", "main", "orders", "orders.id"))));
+    const QDomElement result = response.documentElement().firstChildElement("result");
+    QCOMPARE(result.attribute("rows"), "2400");
+    QCOMPARE(result.attribute("truncated"), "false");
+    QCOMPARE(result.attribute("rowcap"), QString::number(largest));
 }
 
 QTEST_GUILESS_MAIN(TestHostileRequests)
