@@ -32,11 +32,12 @@ constexpr qint64 GrowthLimit = 128 * 1024 * 1024;
 constexpr int AnswerGraceMs = 2000;
 
 // Built-in functions that are not immutable but that a query may call: clocks, formatting
-// and JSON building. Immutable built-ins are allowed without a list; everything else
-// (reading files or settings, running SQL from text, signalling sessions) is refused.
+// and JSON building. Immutable built-ins, and the built-in functions behind casts and
+// operators, are allowed without a list; everything else (reading files or settings,
+// running SQL from text, signalling sessions) is refused.
 const char *const CallableBuiltIns =
     "{now,statement_timestamp,transaction_timestamp,clock_timestamp,timeofday,random,"
-    "to_char,to_date,to_timestamp,to_number,age,date_trunc,date_part,date_bin,timezone,isfinite,"
+    "to_char,to_date,to_timestamp,to_number,age,date_trunc,date_part,extract,date_bin,timezone,isfinite,"
     "make_timestamptz,concat,concat_ws,format,generate_series,to_json,to_jsonb,row_to_json,array_to_json,"
     "json_agg,jsonb_agg,json_object_agg,jsonb_object_agg,json_build_object,jsonb_build_object,"
     "json_build_array,jsonb_build_array}";
@@ -67,7 +68,9 @@ SELECT pg_catalog.format('it calls %s.%s(%s), and a query may call only built-in
   JOIN pg_catalog.pg_namespace n ON n.oid = p.pronamespace
   WHERE NOT (n.nspname = 'pg_catalog' AND (p.provolatile = 'i' OR p.proname = ANY ($2::pg_catalog.text[])
              OR p.oid IN (SELECT k.castfunc FROM pg_catalog.pg_cast k JOIN pg_catalog.pg_type t
-                          ON t.oid = k.casttarget WHERE t.typname NOT LIKE 'reg%')))
+                          ON t.oid = k.casttarget WHERE t.typname NOT LIKE 'reg%')
+             OR p.oid IN (SELECT o.oprcode FROM pg_catalog.pg_operator o
+                          WHERE o.oprnamespace = 'pg_catalog'::pg_catalog.regnamespace)))
 UNION ALL
 SELECT pg_catalog.format('it uses %s %s, outside catalog %s', o.type, o.identity, $1::pg_catalog.text)
   FROM tree JOIN pg_catalog.pg_depend d ON d.classid = 'pg_catalog.pg_rewrite'::pg_catalog.regclass

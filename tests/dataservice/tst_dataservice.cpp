@@ -515,20 +515,26 @@ void TestDataService::configurationFileDefinesDataSources()
         file.write(text);
     };
     write("[Mine]\nprovider=SQLite\npath=mine.db\nrowcap=5\ntimeout=2\n"
-          "[Warehouse]\nprovider=PostgreSQL\nhost=/nonexistent\nport=1\ndbname=x\n");
+          "[Warehouse]\nprovider=PostgreSQL\nhost=/nonexistent\nport=1\ndbname=x\ncatalogs=sales, archive\n"
+          "work_mem=64MB\n");
     const DataSourceCatalog catalog = DataSourceCatalog::fromFile(ini);
     QCOMPARE(catalog.names("SQLite"), (QStringList{ "Sample", "Mine" }));
     const DataSource &mine = catalog.find("SQLite", "Mine");
     QCOMPARE(mine.path, config.filePath("veldra/mine.db"));
     QCOMPARE(mine.rowCap, 5);
     QCOMPARE(mine.timeoutMs, 2000);
+    const DataSource &warehouse = catalog.find("PostgreSQL", "Warehouse");
+    QCOMPARE(warehouse.allowedCatalogs(), (QStringList{ "sales", "archive" }));
+    QCOMPARE(warehouse.workMem, "64MB");
+    QCOMPARE(warehouse.tempFileLimit, "1GB");
     const DataService service(catalog);
     QVERIFY(service.answer(record({ {}, "SQLite", "Mine", "main" }, { "orders.id", "orders" }))
                     .contains("truncated=\"true\""));
     QCOMPARE(errorOf(service, navigation("PostgreSQL", "Warehouse")), ErrorNumber::ConnectionFailed);
 
     for (const QByteArray &bad : { QByteArray("[X]\nprovider=Oracle\n"), QByteArray("[X]\nprovider=SQLite\n"),
-                                   QByteArray("[X]\nprovider=SQLite\npath=a.db\nrowcap=lots\n") }) {
+                                   QByteArray("[X]\nprovider=SQLite\npath=a.db\nrowcap=lots\n"),
+                                   QByteArray("[X]\nprovider=PostgreSQL\nwork_mem=1GB'; RESET ALL\n") }) {
         write(bad);
         try {
             DataSourceCatalog::fromFile(ini);
