@@ -177,7 +177,14 @@ PostgresBackend::PostgresBackend(DataSource dataSource)
         throw tessaly::Error(ErrorNumber::ConnectionFailed,
                              QStringLiteral("Cannot connect to data source %1: %2").arg(m_dataSource.name, message));
     }
-    checkRole();
+    try {
+        checkRole();
+    } catch (...) {
+        // A constructor that throws runs no destructor.
+        PQfinish(m_conn);
+        m_conn = nullptr;
+        throw;
+    }
 }
 
 void PostgresBackend::refuseRole(const QString &role, const QString &reason) const
