@@ -7,14 +7,11 @@
 
 #include <tessaly/error.h>
 
-
 #include <libpq-fe.h>
 
 #include <array>
 #include <chrono>
-
 #include <cstdlib>
-#include <cstring>
 
 #include <fcntl.h>
 #include <poll.h>

@@ -73,14 +73,6 @@ void tst_Cli::commandsAnswerWithStatusAndMessage_data()
             << QStringList { "request", component, "--set", "Nope=1" } << 2 << "" << "no slot \"Nope\"";
     QTest::newRow("request names the missing piece")
             << QStringList { "request", component, "--set", "selection=" } << 1 << "" << "yields no request: no fields";
-    QTest::newRow("run refuses a second statement with the error report")
-            << QStringList { "run", component, "--set", "@@@Region='SW'; DELETE FROM orders" } << 1 << ""
-            << "Error Code: 80045006";
-    QTest::newRow("browse lists the sample catalog's tables")
-            << QStringList { "browse", "SQLite", "Sample", "main" } << 0 << "customers\n" << "";
-    QTest::newRow("browse reports an unknown data source")
-            << QStringList { "browse", "SQLite", "Nope" } << 1 << "" << "Error Code: 80045003";
-    QTest::newRow("unknown command") << QStringList { "frobnicate" } << 2 << "" << "unknown command";
     QTest::newRow("request refuses a control character XML cannot carry")
             << QStringList { "request", component, "--set", QStringLiteral("@@@Region='a\u0001b'") } << 2 << ""
             << "character U+0001";
@@ -91,6 +83,14 @@ void tst_Cli::commandsAnswerWithStatusAndMessage_data()
             << "not a regular file";
     QTest::newRow("save refuses a directory")
             << QStringList { "request", component, "--save", m_dir.path() } << 2 << "" << "not a regular file";
+    QTest::newRow("run refuses a second statement with the error report")
+            << QStringList { "run", component, "--set", "@@@Region='SW'; DELETE FROM orders" } << 1 << ""
+            << "Error Code: 80045006";
+    QTest::newRow("browse lists the sample catalog's tables")
+            << QStringList { "browse", "SQLite", "Sample", "main" } << 0 << "customers\n" << "";
+    QTest::newRow("browse reports an unknown data source")
+            << QStringList { "browse", "SQLite", "Nope" } << 1 << "" << "Error Code: 80045003";
+    QTest::newRow("unknown command") << QStringList { "frobnicate" } << 2 << "" << "unknown command";
 }
 
 void tst_Cli::commandsAnswerWithStatusAndMessage()
