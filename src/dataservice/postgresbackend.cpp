@@ -382,8 +382,8 @@ pg_result *PostgresBackend::receive()
     const auto deadline = Clock::now() + std::chrono::milliseconds(m_dataSource.timeoutMs + AnswerGraceMs);
     qint64 start = -1;
     for (;;) {
-        if (!PQconsumeInput(m_conn))
-            failWith(nullptr, QStringLiteral("The answer could not be read"));
+        // Reads only when what libpq holds is not a whole result: each read moves what it
+        // holds to the front of its buffer.
         if (!PQisBusy(m_conn))
             return PQgetResult(m_conn);
         const qint64 resident = residentBytes();
@@ -400,6 +400,8 @@ pg_result *PostgresBackend::receive()
             abandon(ErrorNumber::Timeout, QStringLiteral("The server did not answer within %1 ms, the limit of data "
                                                          "source %2, and the connection was closed.")
                                               .arg(m_dataSource.timeoutMs).arg(m_dataSource.name));
+        if (!PQconsumeInput(m_conn))
+            failWith(nullptr, QStringLiteral("The answer could not be read"));
     }
 }
 
