@@ -42,15 +42,19 @@ const char *const CallableBuiltIns =
 // What the statement uses, read from the engine's own parse tree of it (stored for a
 // temporary view): the functions it calls and the relations it reads, by OID, after every
 // escape and quote is resolved. Built-in objects are not recorded in pg_depend, so the tree
-// is read; pg_depend adds objects created in the database (operators, types, ...). The
+// is read; pg_depend adds objects created in the database (functions, operators, types). The
 // tree's text is the engine's serialisation, in which user text cannot forge a field.
 // Each row is one reason to refuse; $1 is the catalog, $2 the callable built-ins.
 const char *const DependencyCheck = R"(
 WITH view AS (SELECT 'pg_temp.veldra_statement_check'::pg_catalog.regclass AS oid),
 tree AS (SELECT r.oid, r.ev_action::pg_catalog.text AS t FROM pg_catalog.pg_rewrite r, view
          WHERE r.ev_class = view.oid),
-functions AS (SELECT DISTINCT m[1]::pg_catalog.oid AS oid FROM tree, pg_catalog.regexp_matches(tree.t,
-              ' :(?:funcid|opfuncid|aggfnoid|winfnoid|hashfuncid|negfuncid|inRangeFunc) ([0-9]+)', 'g') AS m),
+functions AS (SELECT m[1]::pg_catalog.oid AS oid FROM tree, pg_catalog.regexp_matches(tree.t,
+              ' :(?:funcid|opfuncid|aggfnoid|winfnoid|hashfuncid|negfuncid|inRangeFunc|tsmhandler) ([0-9]+)', 'g') AS m
+              UNION
+              SELECT d.refobjid FROM tree JOIN pg_catalog.pg_depend d
+              ON d.classid = 'pg_catalog.pg_rewrite'::pg_catalog.regclass AND d.objid = tree.oid
+              WHERE d.refclassid = 'pg_catalog.pg_proc'::pg_catalog.regclass),
 relations AS (SELECT DISTINCT m[1]::pg_catalog.oid AS oid FROM tree,
               pg_catalog.regexp_matches(tree.t, ' :relid ([0-9]+)', 'g') AS m)
 SELECT pg_catalog.format('it reads %s.%s, outside catalog %s', n.nspname, c.relname, $1::pg_catalog.text)
