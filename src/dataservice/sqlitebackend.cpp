@@ -104,13 +104,14 @@ int authorize(void *context, int action, const char *third, const char *fourth, 
         if (database && guard->catalog == database)
             return SQLITE_OK;
         guard->refusal = QStringLiteral("it reads %1.%2, outside catalog %3")
-                             .arg(QString::fromUtf8(database), QString::fromUtf8(third),
-                                  QString::fromUtf8(guard->catalog));
+                             .arg(MessageText::excerpt(QString::fromUtf8(database)),
+                                  MessageText::excerpt(QString::fromUtf8(third)), QString::fromUtf8(guard->catalog));
         return SQLITE_DENY;
     case SQLITE_FUNCTION:
         if (fourth && allowedFunctions().contains(QByteArray(fourth).toLower()))
             return SQLITE_OK;
-        guard->refusal = QStringLiteral("the function %1() is not allowed").arg(QString::fromUtf8(fourth));
+        guard->refusal = QStringLiteral("the function %1() is not allowed")
+                             .arg(MessageText::excerpt(QString::fromUtf8(fourth)));
         return SQLITE_DENY;
     default:
         guard->refusal = QStringLiteral("%1 is not allowed; only reading").arg(actionName(action));

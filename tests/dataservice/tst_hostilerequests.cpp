@@ -311,6 +311,9 @@ void TestHostileRequests::addSqliteRows()
         ErrorNumber::DatabaseError, "syntax");
     row("a catalog the data source does not offer",
         recordRequest("SQLite", "Local", "temp", "orders", "1"), ErrorNumber::UnknownCatalog, "offers");
+    row("a 100 kB name in another catalog",
+        sqlite(QString("(SELECT 1 FROM other.\"%1\") x").arg(QString(100000, 'n'))), ErrorNumber::DatabaseError,
+        "no such table");
     row("a 100 kB catalog name", recordRequest("SQLite", "Local", QString(100000, 'c'), "orders", "1"),
         ErrorNumber::UnknownCatalog, "more characters");
     row("deeply nested expression", sqlite(QString(5000, '(') + "1" + QString(5000, ')') + " x"),
