@@ -49,7 +49,8 @@ void checkClause(const QString &text, SqlClause::Dialect dialect)
     const QByteArray sql = "SELECT a FROM t WHERE (" + text.toUtf8() + ")\nLIMIT 5";
     sqlite3_stmt *statement = nullptr;
     const char *tail = nullptr;
-    if (sqlite3_prepare_v2(database(), sql.constData(), int(sql.size()), &statement, &tail) == SQLITE_OK
+    if (sqlite3_prepare_v2(database(), sql.constData(), int(sql.size()), &statement, &tail)
+            == SQLITE_OK
         && tail && !blank(tail))
         std::abort(); // the accepted clause let a second statement follow
     sqlite3_finalize(statement);

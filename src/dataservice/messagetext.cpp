@@ -25,7 +25,8 @@ QString fromEngine(const char *utf8, qsizetype limit)
     qsizetype keep = limit;
     while (keep > 0 && (static_cast<unsigned char>(utf8[keep]) & 0xC0) == 0x80)
         --keep; // do not split a character
-    return QString::fromUtf8(utf8, keep) + QStringLiteral("... (cut; the engine's message is longer)");
+    return QString::fromUtf8(utf8, keep)
+        + QStringLiteral("... (cut; the engine's message is longer)");
 }
 
 } // namespace dataservice::MessageText

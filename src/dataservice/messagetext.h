@@ -8,8 +8,8 @@ namespace dataservice {
 // hostile user makes them, so every message keeps only a bounded excerpt of either.
 namespace MessageText {
 
-constexpr qsizetype NameLimit = 200;       // characters of a name quoted in a message
-constexpr qsizetype EngineLimit = 2000;    // bytes of an engine's own message
+constexpr qsizetype NameLimit = 200; // characters of a name quoted in a message
+constexpr qsizetype EngineLimit = 2000; // bytes of an engine's own message
 
 // The text, or its first characters and how much was left out.
 QString excerpt(const QString &text, qsizetype limit = NameLimit);

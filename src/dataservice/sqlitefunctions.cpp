@@ -63,7 +63,8 @@ bool formatFitsLimit(const char *format, int argc, sqlite3_value **argv, sqlite3
 void boundedPrintf(sqlite3_context *context, int argc, sqlite3_value **argv)
 {
     SqliteFunctions *functions = functionsOf(context);
-    const auto *format = argc > 0 ? reinterpret_cast<const char *>(sqlite3_value_text(argv[0])) : nullptr;
+    const auto *format
+        = argc > 0 ? reinterpret_cast<const char *>(sqlite3_value_text(argv[0])) : nullptr;
     if (!format)
         return; // NULL, as SQLite's own printf answers
     if (!formatFitsLimit(format, argc, argv, functions->lengthLimit())) {
@@ -87,8 +88,8 @@ void boundedPrintf(sqlite3_context *context, int argc, sqlite3_value **argv)
 
 // Byte offset of the first needle in haystack at or after from, -1 when there is none,
 // -2 when the deadline passed first.
-qint64 find(SqliteFunctions *functions, const char *haystack, qint64 size, const char *needle, qint64 needleSize,
-            qint64 from)
+qint64 find(SqliteFunctions *functions, const char *haystack, qint64 size, const char *needle,
+    qint64 needleSize, qint64 from)
 {
     qint64 untilClock = ClockEvery;
     for (qint64 i = from; i + needleSize <= size; ++i) {
@@ -193,15 +194,18 @@ void boundedReplace(sqlite3_context *context, int, sqlite3_value **argv)
 
 } // namespace
 
-SqliteFunctions::SqliteFunctions(sqlite3 *db, int lengthLimit)
-    : m_lengthLimit(lengthLimit)
+SqliteFunctions::SqliteFunctions(sqlite3 *db, int lengthLimit) : m_lengthLimit(lengthLimit)
 {
     // Innocuous, as SQLite's own are: views of the database may call them.
     const int flags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
-    sqlite3_create_function_v2(db, "printf", -1, flags, this, boundedPrintf, nullptr, nullptr, nullptr);
-    sqlite3_create_function_v2(db, "format", -1, flags, this, boundedPrintf, nullptr, nullptr, nullptr);
-    sqlite3_create_function_v2(db, "instr", 2, flags, this, boundedInstr, nullptr, nullptr, nullptr);
-    sqlite3_create_function_v2(db, "replace", 3, flags, this, boundedReplace, nullptr, nullptr, nullptr);
+    sqlite3_create_function_v2(
+        db, "printf", -1, flags, this, boundedPrintf, nullptr, nullptr, nullptr);
+    sqlite3_create_function_v2(
+        db, "format", -1, flags, this, boundedPrintf, nullptr, nullptr, nullptr);
+    sqlite3_create_function_v2(
+        db, "instr", 2, flags, this, boundedInstr, nullptr, nullptr, nullptr);
+    sqlite3_create_function_v2(
+        db, "replace", 3, flags, this, boundedReplace, nullptr, nullptr, nullptr);
 }
 
 SqliteFunctions::~SqliteFunctions()
@@ -238,7 +242,9 @@ sqlite3_stmt *SqliteFunctions::printer(int argumentCount)
     if (found != m_statements.end())
         return found->second;
     if (!m_printer) {
-        if (sqlite3_open_v2(":memory:", &m_printer, SQLITE_OPEN_READWRITE | SQLITE_OPEN_MEMORY, nullptr) != SQLITE_OK)
+        if (sqlite3_open_v2(
+                ":memory:", &m_printer, SQLITE_OPEN_READWRITE | SQLITE_OPEN_MEMORY, nullptr)
+            != SQLITE_OK)
             return nullptr;
         sqlite3_limit(m_printer, SQLITE_LIMIT_LENGTH, m_lengthLimit);
     }
@@ -247,7 +253,8 @@ sqlite3_stmt *SqliteFunctions::printer(int argumentCount)
         sql += (i > 1 ? ",?" : "?") + std::to_string(i);
     sql += ')';
     sqlite3_stmt *statement = nullptr;
-    if (sqlite3_prepare_v2(m_printer, sql.c_str(), int(sql.size()), &statement, nullptr) != SQLITE_OK) {
+    if (sqlite3_prepare_v2(m_printer, sql.c_str(), int(sql.size()), &statement, nullptr)
+        != SQLITE_OK) {
         sqlite3_finalize(statement);
         return nullptr;
     }

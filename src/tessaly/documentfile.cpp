@@ -11,7 +11,8 @@ QByteArray read(const QString &fileName, qint64 limit)
 {
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
-        throw Error(ErrorNumber::FileAccess, QStringLiteral("%1: %2").arg(fileName, file.errorString()));
+        throw Error(
+            ErrorNumber::FileAccess, QStringLiteral("%1: %2").arg(fileName, file.errorString()));
     constexpr qint64 chunk = 1024 * 1024;
     QByteArray data;
     for (;;) {
@@ -19,12 +20,16 @@ QByteArray read(const QString &fileName, qint64 limit)
         data.resize(before + qsizetype(std::min(chunk, limit + 1 - before)));
         const qint64 got = file.read(data.data() + before, data.size() - before);
         if (got < 0)
-            throw Error(ErrorNumber::FileAccess, QStringLiteral("%1: %2").arg(fileName, file.errorString()));
+            throw Error(ErrorNumber::FileAccess,
+                QStringLiteral("%1: %2").arg(fileName, file.errorString()));
         data.resize(before + got);
         if (data.size() > limit)
             throw Error(ErrorNumber::FileAccess,
-                        QStringLiteral("%1: more than %2 bytes, which no document holds (a device or a pipe that "
-                                       "does not end?); reading stopped").arg(fileName).arg(limit));
+                QStringLiteral(
+                    "%1: more than %2 bytes, which no document holds (a device or a pipe that "
+                    "does not end?); reading stopped")
+                    .arg(fileName)
+                    .arg(limit));
         if (got == 0)
             return data;
     }
@@ -35,8 +40,10 @@ void checkReplaceable(const QString &fileName)
     const QFileInfo info(fileName);
     if (info.exists() && !info.isFile())
         throw Error(ErrorNumber::FileAccess,
-                    QStringLiteral("%1: not a regular file (a directory, device, FIFO or socket); a document is "
-                                   "not saved in its place").arg(fileName));
+            QStringLiteral(
+                "%1: not a regular file (a directory, device, FIFO or socket); a document is "
+                "not saved in its place")
+                .arg(fileName));
 }
 
 } // namespace tessaly::DocumentFile

@@ -48,8 +48,10 @@ void TestDocumentFile::readingStopsAtTheLimit_data()
     QTest::addColumn<QString>("path");
     QTest::addColumn<qint64>("limit");
     QTest::addColumn<qint64>("size"); // -1: refused
-    QTest::newRow("a file within the limit") << m_dir.filePath("small.xml") << qint64(1000) << qint64(1000);
-    QTest::newRow("a file one byte over") << m_dir.filePath("small.xml") << qint64(999) << qint64(-1);
+    QTest::newRow("a file within the limit")
+        << m_dir.filePath("small.xml") << qint64(1000) << qint64(1000);
+    QTest::newRow("a file one byte over")
+        << m_dir.filePath("small.xml") << qint64(999) << qint64(-1);
     QTest::newRow("an empty device") << "/dev/null" << qint64(10) << qint64(0);
     QTest::newRow("an endless device") << "/dev/zero" << DocumentFile::SizeLimit << qint64(-1);
     QTest::newRow("a directory") << m_dir.path() << qint64(10) << qint64(-1);
@@ -76,8 +78,7 @@ void TestDocumentFile::readingAnEndlessFifoStops()
     std::thread writer([&fifo] {
         const int fd = ::open(fifo.constData(), O_WRONLY);
         const QByteArray chunk(65536, 'x');
-        while (fd >= 0 && ::write(fd, chunk.constData(), size_t(chunk.size())) > 0) {
-        }
+        while (fd >= 0 && ::write(fd, chunk.constData(), size_t(chunk.size())) > 0) { }
         ::close(fd);
     });
     QString message;
