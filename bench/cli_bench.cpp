@@ -205,10 +205,14 @@ int main(int argc, char **argv)
             create.append(QString::fromStdString(psql[i]));
         run(QStringLiteral("psql"), create + QStringList{QStringLiteral("-c"),
             QStringLiteral("CREATE TABLE sales.big AS SELECT i AS id, 'name ' || i AS name, "
-                           "(i::bigint * 7919 % 1000000) / 100.0 AS amount FROM generate_series(1, %1) i; ANALYZE sales.big")
-                .arg(Rows)});
-        ini += QStringLiteral("[BigServer]\nprovider=PostgreSQL\nhost=%1\nport=%2\nuser=%3\ndbname=%4\nrowcap=%5\ntimeout=600\n")
-                   .arg(pg.value(QStringLiteral("host")), pg.value(QStringLiteral("port")), pg.value(QStringLiteral("user")),
+                           "(i::bigint * 7919 % 1000000) / 100.0 AS amount FROM generate_series(1, %1) i; ANALYZE sales.big; "
+                           "GRANT SELECT ON sales.big TO %2")
+                .arg(Rows)
+                .arg(pg.value(QStringLiteral("reader")))});
+        // The service runs user queries only as a role that can read and nothing more.
+        ini += QStringLiteral("[BigServer]\nprovider=PostgreSQL\nhost=%1\nport=%2\nuser=%3\ndbname=%4\ncatalogs=sales\n"
+                              "rowcap=%5\ntimeout=600\n")
+                   .arg(pg.value(QStringLiteral("host")), pg.value(QStringLiteral("port")), pg.value(QStringLiteral("reader")),
                         pg.value(QStringLiteral("dbname")))
                    .arg(2 * Rows);
         writeFile(dir.filePath(QStringLiteral("postgresql.component.xml")),

@@ -178,8 +178,11 @@ int main(int argc, char **argv)
     Target postgres;
     if (pg.contains(QStringLiteral("host"))) {
         DataSource server{QStringLiteral("Bench"), QStringLiteral("PostgreSQL"), {}, {}, {}, 2 * Rows, 600000};
-        for (const char *key : {"host", "port", "user", "dbname"})
+        // The service connects as the SELECT-only role; psql, the baseline, as the owner.
+        for (const char *key : {"host", "port", "dbname"})
             server.connection.append({QLatin1String(key), pg.value(QLatin1String(key))});
+        server.connection.append({QStringLiteral("user"), pg.value(QStringLiteral("reader"))});
+        server.catalogs = QStringList{QStringLiteral("sales")};
         pgService = std::make_unique<DataService>(DataSourceCatalog({server}));
         const QStringList psql{QStringLiteral("-X"), QStringLiteral("-q"), QStringLiteral("-h"),
                                pg.value(QStringLiteral("host")), QStringLiteral("-p"), pg.value(QStringLiteral("port")),

@@ -1,9 +1,12 @@
 #include "backend.h"
 
 #include "errornumber.h"
+#include "messagetext.h"
 #include "request.h"
 
 #include <tessaly/error.h>
+
+#include <limits>
 
 namespace dataservice {
 
@@ -27,23 +30,25 @@ void Backend::checkCatalog(const QString &catalog)
     if (!known.contains(catalog))
         throw tessaly::Error(ErrorNumber::UnknownCatalog,
                              QStringLiteral("Data source %1 has no catalog named \"%2\"; it has: %3.")
-                                 .arg(m_dataSource.name, catalog, known.join(QStringLiteral(", "))));
+                                 .arg(m_dataSource.name, MessageText::excerpt(catalog), known.join(QStringLiteral(", "))));
 }
 
 void Backend::unknownTable(const QString &catalog, const QString &table) const
 {
     throw tessaly::Error(ErrorNumber::UnknownTable,
                          QStringLiteral("Catalog %1 of data source %2 has no table or view named \"%3\".")
-                             .arg(catalog, m_dataSource.name, table));
+                             .arg(catalog, m_dataSource.name, MessageText::excerpt(table)));
 }
 
 qint64 Backend::fetchLimit(const Request &request) const
 {
-    const qint64 pastCap = m_dataSource.rowCap + 1;
+    // One past the cap shows a cut; a cap at the largest number has nothing past it.
+    const qint64 cap = m_dataSource.rowCap;
+    const qint64 pastCap = cap < std::numeric_limits<qint64>::max() ? cap + 1 : cap;
     return request.rowCount ? std::min(*request.rowCount, pastCap) : pastCap;
 }
 
-QString Backend::buildStatement(const Request &request, SqlClause::Dialect dialect, QStringList *functions)
+QString Backend::buildStatement(const Request &request, SqlClause::Dialect dialect)
 {
     // Tables are looked up and quoted, so the table list cannot carry anything but names.
     const QList<StructureItem> known = tables(request.catalog);
@@ -72,8 +77,6 @@ QString Backend::buildStatement(const Request &request, SqlClause::Dialect diale
             continue;
         const SqlClause checked(QLatin1String(clause.name), clause.text, dialect);
         checked.check();
-        if (functions)
-            functions->append(checked.calledFunctions());
         sql += QLatin1String(clause.prefix) + clause.text + QLatin1String(clause.suffix);
         if (&clause == &clauses[0])
             sql += QStringLiteral("\nFROM ") + from.join(QStringLiteral(", "));

@@ -37,9 +37,8 @@ public:
     virtual void select(const Request &request, RowSink &sink) = 0;
 
 protected:
-    // The single SELECT for a record request, its clauses checked. Names of functions the
-    // clauses call are added to *functions when it is given.
-    QString buildStatement(const Request &request, SqlClause::Dialect dialect, QStringList *functions = nullptr);
+    // The single SELECT for a record request, its clauses checked.
+    QString buildStatement(const Request &request, SqlClause::Dialect dialect);
     // Rows to ask the engine for: the request's count, or one past the cap to see a cut.
     qint64 fetchLimit(const Request &request) const;
 

@@ -1,6 +1,7 @@
 #include "dataservice.h"
 
 #include "errornumber.h"
+#include "messagetext.h"
 #include "postgresbackend.h"
 #include "request.h"
 #include "responsewriter.h"
@@ -27,8 +28,16 @@ std::unique_ptr<Backend> DataService::connect(const Request &request) const
     if (!DataSourceCatalog::providers().contains(request.provider))
         throw tessaly::Error(ErrorNumber::UnknownProvider,
                              QStringLiteral("There is no provider named \"%1\"; there are: %2.")
-                                 .arg(request.provider, DataSourceCatalog::providers().join(QStringLiteral(", "))));
+                                 .arg(MessageText::excerpt(request.provider),
+                                      DataSourceCatalog::providers().join(QStringLiteral(", "))));
     const DataSource &source = m_dataSources.find(request.provider, request.dsn);
+    // The catalog binds the whole request, so it is settled before any engine sees it.
+    const QStringList allowed = source.allowedCatalogs();
+    if (!request.catalog.isEmpty() && !allowed.contains(request.catalog))
+        throw tessaly::Error(ErrorNumber::UnknownCatalog,
+                             QStringLiteral("Data source %1 offers no catalog named \"%2\"; it offers: %3.")
+                                 .arg(source.name, MessageText::excerpt(request.catalog),
+                                      allowed.join(QStringLiteral(", "))));
     if (source.provider == u"SQLite")
         return std::make_unique<SqliteBackend>(source);
     return std::make_unique<PostgresBackend>(source);

@@ -3,6 +3,7 @@
 #include <QList>
 #include <QPair>
 #include <QString>
+#include <QStringList>
 
 namespace dataservice {
 
@@ -25,6 +26,17 @@ struct DataSource
 
     qint64 rowCap = DefaultRowCap;
     int timeoutMs = DefaultTimeoutMs;
+
+    // The catalogs a request may name. SQLite: "main" and the attachments, whatever this
+    // says. PostgreSQL: the schemas offered; empty means "public" only.
+    QStringList catalogs = {};
+
+    // PostgreSQL: per-query limits, set for each request's transaction (PostgreSQL's units).
+    QString workMem = QStringLiteral("4MB");
+    QString tempFileLimit = QStringLiteral("1GB");
+
+    // The catalogs a request may name, with the defaults above applied.
+    QStringList allowedCatalogs() const;
 };
 
 } // namespace dataservice

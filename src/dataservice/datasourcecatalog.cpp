@@ -1,12 +1,14 @@
 #include "datasourcecatalog.h"
 
 #include "errornumber.h"
+#include "messagetext.h"
 
 #include <tessaly/error.h>
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QSettings>
 
 namespace dataservice {
@@ -52,6 +54,22 @@ qint64 positiveNumber(const QSettings &settings, const QString &key, qint64 fall
     return number;
 }
 
+// A PostgreSQL memory or disk size: a whole number with an optional unit, nothing else,
+// so the value can never carry more than a size.
+QString sizeSetting(const QSettings &settings, const QString &key, const QString &fallback,
+                    const QString &file, const QString &group)
+{
+    const QVariant value = settings.value(key);
+    if (!value.isValid())
+        return fallback;
+    static const QRegularExpression size(QStringLiteral("^[0-9]{1,12} ?(kB|MB|GB|TB)?$"));
+    const QString text = value.toString().trimmed();
+    if (!size.match(text).hasMatch())
+        badConfiguration(file, group, QStringLiteral("%1 must be a size such as 64MB or 2GB (units kB, MB, GB, TB), "
+                                                     "not \"%2\"").arg(key, text));
+    return text;
+}
+
 DataSource readGroup(QSettings &settings, const QString &group, const QString &file)
 {
     settings.beginGroup(group);
@@ -81,6 +99,16 @@ DataSource readGroup(QSettings &settings, const QString &group, const QString &f
             if (value.isValid())
                 source.connection.append({key, value.toString()});
         }
+        // QSettings reads "a, b" as a list and "a" as a text; both end up as names here.
+        for (const QString &name : settings.value(QStringLiteral("catalogs")).toStringList()) {
+            const QString trimmed = name.trimmed();
+            if (trimmed.isEmpty())
+                badConfiguration(file, group, QStringLiteral("catalogs holds an empty name"));
+            source.catalogs.append(trimmed);
+        }
+        source.workMem = sizeSetting(settings, QStringLiteral("work_mem"), source.workMem, file, group);
+        source.tempFileLimit = sizeSetting(settings, QStringLiteral("temp_file_limit"), source.tempFileLimit,
+                                           file, group);
     } else {
         badConfiguration(file, group, QStringLiteral("provider must be SQLite or PostgreSQL, not \"%1\"")
                                           .arg(source.provider));
@@ -166,7 +194,8 @@ const DataSource &DataSourceCatalog::find(const QString &provider, const QString
     }
     throw tessaly::Error(ErrorNumber::UnknownDataSource,
                          QStringLiteral("Provider %1 has no data source named \"%2\"; it has: %3.")
-                             .arg(provider, name, names(provider).join(QStringLiteral(", "))));
+                             .arg(MessageText::excerpt(provider), MessageText::excerpt(name),
+                                  names(provider).join(QStringLiteral(", "))));
 }
 
 void DataSourceCatalog::add(const DataSource &dataSource)

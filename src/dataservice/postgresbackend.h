@@ -12,9 +12,11 @@ struct pg_result;
 namespace dataservice {
 
 // PostgreSQL through libpq, not through a generic driver: the extended protocol runs exactly
-// one command per call, and single-row mode streams the rows. Each request runs in a
-// READ ONLY transaction with a statement timeout and the catalog's schema as search path,
-// and its plan is checked for relations outside that schema before it runs.
+// one command per call, and single-row mode streams the rows. A role that could do more
+// than read is refused on connecting. Each statement is first parsed by the engine and what
+// it uses checked (relations of the catalog only, built-in functions that only compute),
+// then run in a READ ONLY transaction with the data source's limits and the catalog's
+// schema as search path.
 class PostgresBackend : public Backend
 {
 public:
@@ -31,8 +33,13 @@ private:
 
     Result exec(const QString &sql, const QByteArrayList &parameters = {});
     void command(const QString &sql);
+    void checkRole();
+    [[noreturn]] void refuseRole(const QString &role, const QString &reason) const;
+    void setLimits(const QString &catalog);
     void startReadOnly(const QString &catalog);
-    void checkPlan(const QString &sql, const QString &catalog);
+    void checkStatement(const QString &sql, const QString &catalog);
+    pg_result *receive();
+    [[noreturn]] void abandon(qint32 number, const QString &message);
     void stream(const QString &sql, const QString &fields, qint64 limit, RowSink &sink);
     [[noreturn]] void failWith(pg_result *result, const QString &what) const;
 

@@ -1,6 +1,7 @@
 #include "request.h"
 
 #include "errornumber.h"
+#include "messagetext.h"
 
 #include <tessaly/error.h>
 
@@ -41,7 +42,8 @@ void readTarget(const QDomElement &target, Request &request)
         else if (name == u"table")
             request.table = value;
         else
-            malformed(QStringLiteral("unknown element <%1> in <target> (line %2)").arg(name).arg(e.lineNumber()));
+            malformed(QStringLiteral("unknown element <%1> in <target> (line %2)")
+                          .arg(MessageText::excerpt(name)).arg(e.lineNumber()));
     }
 }
 
@@ -53,7 +55,8 @@ void readContent(const QDomElement &content, Request &request)
         return;
     }
     if (word != u"record")
-        malformed(QStringLiteral("<content> must be \"column\" or \"record\", not \"%1\"").arg(word));
+        malformed(QStringLiteral("<content> must be \"column\" or \"record\", not \"%1\"")
+                      .arg(MessageText::excerpt(word)));
     request.kind = Request::Kind::Record;
     const QDomElement field = content.firstChildElement(QStringLiteral("field"));
     request.fields = field.text();
@@ -69,7 +72,8 @@ std::optional<qint64> readRowCount(const QDomElement &element)
     bool ok = false;
     const qint64 count = text.toLongLong(&ok);
     if (!ok || count < 0)
-        malformed(QStringLiteral("<rowcount> must be a whole number of zero or more, not \"%1\"").arg(text));
+        malformed(QStringLiteral("<rowcount> must be a whole number of zero or more, not \"%1\"")
+                      .arg(MessageText::excerpt(text)));
     return count;
 }
 
@@ -94,7 +98,8 @@ void readGet(const QDomElement &get, Request &request)
         } else if (name == u"rowcount") {
             request.rowCount = readRowCount(e);
         } else {
-            malformed(QStringLiteral("unknown element <%1> in <get> (line %2)").arg(name).arg(e.lineNumber()));
+            malformed(QStringLiteral("unknown element <%1> in <get> (line %2)")
+                          .arg(MessageText::excerpt(name)).arg(e.lineNumber()));
         }
     }
     if (!haveContent)
@@ -161,7 +166,8 @@ Request Request::parse(const QByteArray &xml)
         malformed(QStringLiteral("not well-formed XML at line %1, column %2: %3").arg(line).arg(column).arg(message));
     const QDomElement root = document.documentElement();
     if (root.tagName() != u"query")
-        malformed(QStringLiteral("the root element is <%1>, expected <query>").arg(root.tagName()));
+        malformed(QStringLiteral("the root element is <%1>, expected <query>")
+                      .arg(MessageText::excerpt(root.tagName())));
     const QDomElement get = root.firstChildElement(QStringLiteral("get"));
     if (get.isNull())
         malformed(QStringLiteral("<query> has no <get>"));

@@ -138,6 +138,10 @@ void ResponseWriter::endResponse()
 
 void ResponseWriter::item(const QByteArray &name, const QByteArray &type)
 {
+    // A name XML 1.0 cannot carry (a control character) could not be asked for by name
+    // either: leave it out rather than break the whole listing.
+    if (!isXmlText(name.constData(), name.size()) || !isXmlText(type.constData(), type.size()))
+        return;
     m_buffer.append("<item name=\"");
     appendEscaped(name.constData(), name.size(), true);
     if (!type.isEmpty()) {

@@ -58,9 +58,11 @@ qsizetype SqlClause::quotedEnd(qsizetype i) const
 {
     const QChar c = m_text.at(i);
     if (c == u'\'') {
-        // E'...' strings take backslash escapes on PostgreSQL; read them that way everywhere,
-        // so a \' can never hide the end of a string from this check.
-        const bool escapes = i > 0 && (m_text.at(i - 1) == u'E' || m_text.at(i - 1) == u'e')
+        // E'...' strings take backslash escapes on PostgreSQL (plain strings do not: the
+        // session turns standard_conforming_strings on). SQLite has no such strings: there
+        // E is a name and the quote starts a plain string.
+        const bool escapes = m_dialect == Dialect::PostgreSQL && i > 0
+                             && (m_text.at(i - 1) == u'E' || m_text.at(i - 1) == u'e')
                              && (i < 2 || !isIdentifierChar(m_text.at(i - 2)));
         return skipQuoted(i, c, escapes);
     }
@@ -104,41 +106,6 @@ void SqlClause::check() const
     }
     if (depth != 0)
         refuse(QStringLiteral("%1 parenthesis is never closed").arg(depth), m_text.size() - 1);
-}
-
-QStringList SqlClause::calledFunctions() const
-{
-    QStringList names;
-    QString lastName;
-    for (qsizetype i = 0; i < m_text.size();) {
-        const QChar c = m_text.at(i);
-        if (c == u'"') {
-            const qsizetype end = skipQuoted(i, c, false);
-            lastName = m_text.mid(i + 1, end - i - 2).replace(QStringLiteral("\"\""), QStringLiteral("\""));
-            i = end;
-            continue;
-        }
-        const qsizetype pastQuote = quotedEnd(i);
-        if (pastQuote >= 0) {
-            lastName.clear();
-            i = pastQuote;
-            continue;
-        }
-        if (isIdentifierChar(c)) {
-            qsizetype end = i;
-            while (end < m_text.size() && isIdentifierChar(m_text.at(end)))
-                ++end;
-            lastName = m_text.mid(i, end - i);
-            i = end;
-            continue;
-        }
-        if (c == u'(' && !lastName.isEmpty())
-            names.append(lastName.toLower());
-        if (!c.isSpace())
-            lastName.clear();
-        ++i;
-    }
-    return names;
 }
 
 } // namespace dataservice

@@ -20,9 +20,6 @@ public:
     // Throws tessaly::Error(StatementRefused) naming the clause and the reason.
     void check() const;
 
-    // Names written as calls ("name(" outside quotes), lower-cased, qualifiers dropped.
-    QStringList calledFunctions() const;
-
     const QString &text() const { return m_text; }
 
 private:

@@ -2,8 +2,10 @@
 
 #include "errornumber.h"
 #include "fieldlist.h"
+#include "messagetext.h"
 #include "request.h"
 #include "rowsink.h"
+#include "sqlitefunctions.h"
 
 #include <tessaly/error.h>
 
@@ -15,6 +17,7 @@
 #include <chrono>
 #include <cstring>
 #include <memory>
+#include <mutex>
 
 namespace dataservice {
 
@@ -38,8 +41,18 @@ struct StatementDeleter
 };
 using Statement = std::unique_ptr<sqlite3_stmt, StatementDeleter>;
 
-constexpr int LengthLimit = 100 * 1000 * 1000;
-constexpr int ProgressSteps = 1000;
+// One value, one statement's text, one LIKE or GLOB pattern: bounded, so no single call of a
+// function can build a value without end or run far past the deadline between two looks
+// at the clock.
+constexpr int LengthLimit = 8 * 1024 * 1024;
+constexpr int SqlLengthLimit = 1024 * 1024;
+constexpr int LikePatternLimit = 256;
+// The clock is read every ProgressSteps virtual machine steps: often enough that the
+// costliest single step under the limits above ends well within the time limit.
+constexpr int ProgressSteps = 100;
+// Bytes of one record's values, so a select list cannot repeat a large value without end.
+constexpr qint64 RecordLimit = 32 * 1024 * 1024;
+constexpr sqlite3_int64 HeapLimit = 256 * 1024 * 1024;
 
 // Functions a query may call: pure computations on the values it reads. Anything that
 // reaches outside the statement (load_extension, the fts3 tokenizer hook, ...) is missing.
@@ -98,13 +111,14 @@ int authorize(void *context, int action, const char *third, const char *fourth, 
         if (!database && third && guard->catalogNames.contains(QByteArray(third).toLower()))
             return SQLITE_OK;
         guard->refusal = QStringLiteral("it reads %1.%2, outside catalog %3")
-                             .arg(QString::fromUtf8(database), QString::fromUtf8(third),
-                                  QString::fromUtf8(guard->catalog));
+                             .arg(MessageText::excerpt(QString::fromUtf8(database)),
+                                  MessageText::excerpt(QString::fromUtf8(third)), QString::fromUtf8(guard->catalog));
         return SQLITE_DENY;
     case SQLITE_FUNCTION:
         if (fourth && allowedFunctions().contains(QByteArray(fourth).toLower()))
             return SQLITE_OK;
-        guard->refusal = QStringLiteral("the function %1() is not allowed").arg(QString::fromUtf8(fourth));
+        guard->refusal = QStringLiteral("the function %1() is not allowed")
+                             .arg(MessageText::excerpt(QString::fromUtf8(fourth)));
         return SQLITE_DENY;
     default:
         guard->refusal = QStringLiteral("%1 is not allowed; only reading").arg(actionName(action));
@@ -143,6 +157,22 @@ bool isBlankTail(const char *tail)
     return true;
 }
 
+// The response holds one record at a time; this keeps that record within bounds.
+void checkRecordSize(sqlite3_stmt *statement, int count, const QString &dataSource)
+{
+    qint64 bytes = 0;
+    for (int i = 0; i < count; ++i) {
+        // Only text and blobs are measured: asking a number's size would convert it.
+        const int type = sqlite3_column_type(statement, i);
+        bytes += type == SQLITE_TEXT || type == SQLITE_BLOB ? sqlite3_column_bytes(statement, i) : 32;
+    }
+    if (bytes > RecordLimit)
+        throw tessaly::Error(ErrorNumber::StatementRefused,
+                             QStringLiteral("The statement is refused: one of its records holds %1 bytes, more than "
+                                            "the %2 bytes a record of data source %3 may hold.")
+                                 .arg(bytes).arg(RecordLimit).arg(dataSource));
+}
+
 QString columnText(sqlite3_stmt *statement, int column)
 {
     const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(statement, column));
@@ -154,6 +184,14 @@ QString columnText(sqlite3_stmt *statement, int column)
 SqliteBackend::SqliteBackend(DataSource dataSource)
     : Backend(std::move(dataSource))
 {
+    // The values of one result row live in SQLite's memory together; the length limit
+    // bounds each, this bounds them all (and every other use of SQLite in the process).
+    static std::once_flag heapLimit;
+    std::call_once(heapLimit, [] {
+        const sqlite3_int64 current = sqlite3_hard_heap_limit64(-1);
+        if (current == 0 || current > HeapLimit)
+            sqlite3_hard_heap_limit64(HeapLimit);
+    });
     open();
 }
 
@@ -166,7 +204,7 @@ void SqliteBackend::fail(qint32 number, const QString &what) const
 {
     throw tessaly::Error(number, QStringLiteral("%1 (data source %2, file %3): %4")
                                      .arg(what, m_dataSource.name, m_dataSource.path,
-                                          QString::fromUtf8(sqlite3_errmsg(m_db))));
+                                          MessageText::fromEngine(sqlite3_errmsg(m_db))));
 }
 
 void SqliteBackend::open()
@@ -183,7 +221,10 @@ void SqliteBackend::open()
     sqlite3_db_config(m_db, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
     sqlite3_db_config(m_db, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0, nullptr);
     sqlite3_limit(m_db, SQLITE_LIMIT_LENGTH, LengthLimit);
+    sqlite3_limit(m_db, SQLITE_LIMIT_SQL_LENGTH, SqlLengthLimit);
+    sqlite3_limit(m_db, SQLITE_LIMIT_LIKE_PATTERN_LENGTH, LikePatternLimit);
     sqlite3_busy_timeout(m_db, m_dataSource.timeoutMs);
+    m_functions = std::make_unique<SqliteFunctions>(m_db, LengthLimit);
     // Reading the schema tells a database from any other file.
     Statement check(prepareOwn(QStringLiteral("SELECT count(*) FROM sqlite_master")));
     if (sqlite3_step(check.get()) != SQLITE_ROW)
@@ -334,6 +375,7 @@ void SqliteBackend::stream(sqlite3_stmt *statement, Guard &guard, const QString 
             truncated = rows == cap;
             break;
         }
+        checkRecordSize(statement, count, m_dataSource.name);
         sink.startRecord();
         for (int i = 0; i < count; ++i) {
             switch (sqlite3_column_type(statement, i)) {
@@ -382,14 +424,17 @@ void SqliteBackend::select(const Request &request, RowSink &sink)
     guard.deadline = Clock::now() + std::chrono::milliseconds(m_dataSource.timeoutMs);
     sqlite3_set_authorizer(m_db, authorize, &guard);
     sqlite3_progress_handler(m_db, ProgressSteps, checkDeadline, &guard);
+    m_functions->setDeadline(guard.deadline, &guard.timedOut);
     struct Reset {
         sqlite3 *db;
+        SqliteFunctions *functions;
         ~Reset()
         {
             sqlite3_set_authorizer(db, nullptr, nullptr);
             sqlite3_progress_handler(db, 0, nullptr, nullptr);
+            functions->clearDeadline();
         }
-    } reset{m_db};
+    } reset{m_db, m_functions.get()};
     Statement statement(prepareGuarded(sql, guard));
     stream(statement.get(), guard, request.fields, fetchLimit(request), sink);
 }

@@ -4,10 +4,14 @@
 
 #include <QSet>
 
+#include <memory>
+
 struct sqlite3;
 struct sqlite3_stmt;
 
 namespace dataservice {
+
+class SqliteFunctions;
 
 // SQLite through its C API: the file opened read-only, every user statement prepared under
 // an authorizer that lets through reads of the request's catalog and a list of harmless
@@ -37,6 +41,7 @@ private:
     [[noreturn]] void fail(qint32 number, const QString &what) const;
 
     sqlite3 *m_db = nullptr;
+    std::unique_ptr<SqliteFunctions> m_functions;
 };
 
 } // namespace dataservice

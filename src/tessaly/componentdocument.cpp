@@ -1,5 +1,6 @@
 #include "tessaly/componentdocument.h"
 
+#include "tessaly/documentfile.h"
 #include "tessaly/error.h"
 #include "tessaly/xmltagreader.h"
 #include "tessaly/xmltagwriter.h"
@@ -57,10 +58,7 @@ void ComponentDocument::load(const QByteArray &data, const QString &sourceName, 
 
 void ComponentDocument::load(const QString &fileName, zetPrimitiveModel &model, zetPrimitivePad *pad)
 {
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
-        throw Error(ErrorNumber::FileAccess, QStringLiteral("%1: %2").arg(fileName, file.errorString()));
-    load(file.readAll(), fileName, model, pad);
+    load(DocumentFile::read(fileName), fileName, model, pad);
 }
 
 QByteArray ComponentDocument::save(zetPrimitiveModel &model, zetPrimitivePad *pad)
@@ -85,6 +83,7 @@ QByteArray ComponentDocument::save(zetPrimitiveModel &model, zetPrimitivePad *pa
 
 void ComponentDocument::save(const QString &fileName, zetPrimitiveModel &model, zetPrimitivePad *pad)
 {
+    DocumentFile::checkReplaceable(fileName);
     const QByteArray data = save(model, pad);
     QSaveFile file(fileName);
     if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size() || !file.commit())

@@ -133,6 +133,7 @@ void tst_Cli::initTestCase()
                     "</ClassPart></Model></Component>\n").toUtf8());
     document.close();
     writeConfig(".", "[Odd]\nprovider=SQLite\npath=" + db + "\n");
+    QCOMPARE(QProcess::execute("mkfifo", { m_dir.filePath("fifo") }), 0);
 }
 
 void tst_Cli::commandsAnswerWithStatusAndMessage_data()
@@ -155,6 +156,16 @@ void tst_Cli::commandsAnswerWithStatusAndMessage_data()
             << QStringList { "request", component, "--set", "Nope=1" } << 2 << "" << "no slot \"Nope\"";
     QTest::newRow("request names the missing piece")
             << QStringList { "request", component, "--set", "selection=" } << 1 << "" << "yields no request: no fields";
+    QTest::newRow("request refuses a control character XML cannot carry")
+            << QStringList { "request", component, "--set", QStringLiteral("@@@Region='a\u0001b'") } << 2 << ""
+            << "character U+0001";
+    QTest::newRow("reading a device stops at the size limit")
+            << QStringList { "sql", "/dev/zero" } << 2 << "" << "reading stopped";
+    QTest::newRow("save refuses to put a file in place of a FIFO")
+            << QStringList { "request", component, "--save", m_dir.filePath("fifo") } << 2 << ""
+            << "not a regular file";
+    QTest::newRow("save refuses a directory")
+            << QStringList { "request", component, "--save", m_dir.path() } << 2 << "" << "not a regular file";
     QTest::newRow("run refuses a second statement with the error report")
             << QStringList { "run", component, "--set", "@@@Region='SW'; DELETE FROM orders" } << 1 << ""
             << "Error Code: 80045006";

@@ -50,12 +50,33 @@ start() {
     # A function that writes, for the tests that prove a request cannot.
     "${psql[@]}" -d veldra_sample -c "CREATE FUNCTION sales.mark_cancelled(integer) RETURNS integer
         LANGUAGE sql VOLATILE AS 'UPDATE sales.orders SET status = ''cancelled'' WHERE id = \$1 RETURNING id'" >/dev/null
+    # The role the data sources connect as: the grants docs/datasources.md tells an
+    # administrator to run.
+    "${psql[@]}" -d veldra_sample -c "CREATE ROLE veldra_reader LOGIN;
+        REVOKE ALL ON DATABASE veldra_sample FROM PUBLIC;
+        GRANT CONNECT, TEMPORARY ON DATABASE veldra_sample TO veldra_reader;
+        REVOKE CREATE ON SCHEMA public FROM PUBLIC;
+        GRANT USAGE ON SCHEMA sales TO veldra_reader;
+        GRANT SELECT ON ALL TABLES IN SCHEMA sales TO veldra_reader;
+        GRANT EXECUTE ON FUNCTION sales.mark_cancelled(integer) TO veldra_reader;
+        GRANT SET ON PARAMETER temp_file_limit TO veldra_reader;" >/dev/null
+    # Roles the service must refuse, each for one reason, and an extension whose functions
+    # run SQL on other connections, when the server has it.
+    "${psql[@]}" -d veldra_sample -c "CREATE ROLE veldra_signaller LOGIN IN ROLE pg_signal_backend;
+        CREATE ROLE veldra_writer LOGIN; CREATE ROLE veldra_creator LOGIN;
+        GRANT CONNECT, TEMPORARY ON DATABASE veldra_sample TO veldra_signaller, veldra_writer, veldra_creator;
+        GRANT USAGE ON SCHEMA sales TO veldra_signaller, veldra_writer;
+        GRANT SELECT ON ALL TABLES IN SCHEMA sales TO veldra_signaller, veldra_writer, veldra_creator;
+        GRANT INSERT ON sales.orders TO veldra_writer;
+        GRANT USAGE, CREATE ON SCHEMA sales TO veldra_creator;" >/dev/null
+    "${psql[@]}" -d veldra_sample -c "CREATE EXTENSION IF NOT EXISTS dblink SCHEMA public" >/dev/null 2>&1 || true
     {
         echo "workdir=$workdir"
         echo "bindir=$bindir"
         echo "host=$workdir"
         echo "port=$port"
         echo "user=veldra"
+        echo "reader=veldra_reader"
         echo "dbname=veldra_sample"
     } >"$state"
 }

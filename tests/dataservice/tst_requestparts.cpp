@@ -19,7 +19,6 @@ class TestRequestParts : public QObject
 private Q_SLOTS:
     void clauseCheckKeepsUserTextInsideItsClause_data();
     void clauseCheckKeepsUserTextInsideItsClause();
-    void calledFunctionsAreFoundThroughQuotesAndQualifiers();
     void malformedRequestsNameWhatIsWrong_data();
     void malformedRequestsNameWhatIsWrong();
     void recordRequestIsReadWithUnescapedText();
@@ -46,6 +45,12 @@ void TestRequestParts::clauseCheckKeepsUserTextInsideItsClause_data()
     QTest::newRow("unclosed string") << "a = 'x" << true << "never closed";
     QTest::newRow("dollar quoting") << "$$x$$ = a" << false << "$";
     QTest::newRow("E string hides quote") << "E'\\'' = '' ; DELETE FROM orders; SELECT ''" << false << "semicolon";
+    QTest::newRow("E is a name on SQLite, so a comment follows the string")
+            << "E'\\' = 1 --'" << true << "comments";
+    QTest::newRow("E string on SQLite ends at the first quote")
+            << "E'\\' = '' ; x" << true << "semicolon";
+    QTest::newRow("E string on PostgreSQL takes backslash escapes") << "E'\\' ) --'" << false << QString();
+    QTest::newRow("Unicode identifier on PostgreSQL") << "U&\"\\0070g\" = 1" << false << QString();
     QTest::newRow("backtick identifier") << "`'`; DELETE FROM orders; SELECT '`" << true << "semicolon";
     QTest::newRow("bracket identifier hides semicolon") << "[a;b] = 1" << true << QString();
     QTest::newRow("NUL byte") << QStringLiteral("1=1") + QChar(0) + QStringLiteral("x") << true << "control character";
@@ -68,15 +73,6 @@ void TestRequestParts::clauseCheckKeepsUserTextInsideItsClause()
         QVERIFY2(error.message().contains(refusal), qPrintable(error.message()));
         QVERIFY(error.message().contains(QStringLiteral("condition")));
     }
-}
-
-void TestRequestParts::calledFunctionsAreFoundThroughQuotesAndQualifiers()
-{
-    const SqlClause clause(QStringLiteral("field list"),
-                           QStringLiteral("pg_catalog.Query_To_Xml ('x', true), \"set_config\"(a), 'lower(' || b, c (d)"),
-                           SqlClause::Dialect::PostgreSQL);
-    QCOMPARE(clause.calledFunctions(),
-             (QStringList{QStringLiteral("query_to_xml"), QStringLiteral("set_config"), QStringLiteral("c")}));
 }
 
 void TestRequestParts::malformedRequestsNameWhatIsWrong_data()

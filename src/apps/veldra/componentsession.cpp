@@ -4,15 +4,42 @@
 #include "command.h"
 
 #include "tessaly/componentdocument.h"
+#include "tessaly/documentfile.h"
 #include "tessaly/error.h"
-#include "tessaly/variant.h"
 #include "tessaly/namemap.h"
+#include "tessaly/variant.h"
 #include "veldra/records/columninfo.h"
 #include "veldra/records/definitionfile.h"
 #include "veldra/records/paraminfo.h"
 #include "veldra/records/sqlinfo.h"
 
 #include <QFile>
+
+namespace {
+
+// The model escapes only "<", ">" and "&"; a control character in a value would make the
+// request text XML no parser accepts. Say so, and where, before anything is sent.
+void checkRequestCharacters(const QString &request)
+{
+    for (qsizetype i = 0; i < request.size(); ++i) {
+        const char16_t c = request.at(i).unicode();
+        const bool control = c < 0x20 && c != u'\t' && c != u'\n' && c != u'\r';
+        const bool surrogate = QChar::isSurrogate(c)
+                && !(QChar::isHighSurrogate(c) && i + 1 < request.size() && request.at(i + 1).isLowSurrogate());
+        if (control || surrogate || c == 0xFFFE || c == 0xFFFF) {
+            const qsizetype open = request.lastIndexOf(u'<', i);
+            const QString element = request.mid(open, request.indexOf(u'>', open) - open + 1);
+            throw tessaly::Error(tessaly::ErrorNumber::InvalidArgument,
+                                 QStringLiteral("the request cannot be built: character U+%1 at position %2 (in %3) "
+                                                "cannot be carried by XML; a parameter value or a name holds it")
+                                         .arg(int(c), 4, 16, QLatin1Char('0')).arg(i + 1).arg(element));
+        }
+        if (QChar::isHighSurrogate(c) && i + 1 < request.size() && request.at(i + 1).isLowSurrogate())
+            ++i;
+    }
+}
+
+} // namespace
 
 ComponentSession::ComponentSession() : m_host(std::make_shared<tessaly::ModelHost>(&m_model))
 {
@@ -101,7 +128,10 @@ std::optional<QString> ComponentSession::currentRequest(QString *missing)
     if (!missing->isEmpty())
         return std::nullopt;
     const auto request = m_host->slotValue(QStringLiteral("request")).value<tessaly::RequestRef>();
-    return request ? std::optional<QString>(request->text()) : std::nullopt;
+    if (!request)
+        return std::nullopt;
+    checkRequestCharacters(request->text());
+    return request->text();
 }
 
 std::shared_ptr<veldra::SQLInfo> ComponentSession::definition()
@@ -133,10 +163,11 @@ QString inputName(const QString &fileName)
 
 QByteArray readInput(const QString &fileName)
 {
-    QFile file;
-    const bool opened = fileName == u"-" ? file.open(stdin, QIODevice::ReadOnly) : (file.setFileName(fileName), file.open(QIODevice::ReadOnly));
-    if (!opened)
+    if (fileName != u"-")
+        return tessaly::DocumentFile::read(fileName);
+    QFile input;
+    if (!input.open(stdin, QIODevice::ReadOnly))
         throw tessaly::Error(tessaly::ErrorNumber::FileAccess,
-                             QStringLiteral("%1: %2").arg(inputName(fileName), file.errorString()));
-    return file.readAll();
+                             QStringLiteral("%1: %2").arg(inputName(fileName), input.errorString()));
+    return tessaly::DocumentFile::read(input, inputName(fileName));
 }

@@ -1,10 +1,10 @@
 #include "veldra/records/definitionfile.h"
 
+#include "tessaly/documentfile.h"
 #include "tessaly/error.h"
 #include "tessaly/xmltagreader.h"
 #include "tessaly/xmltagwriter.h"
 
-#include <QFile>
 #include <QSaveFile>
 
 namespace veldra {
@@ -27,11 +27,7 @@ std::shared_ptr<SQLInfo> readDefinition(const QByteArray &data, const QString &s
 
 std::shared_ptr<SQLInfo> readDefinitionFile(const QString &fileName)
 {
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
-        throw tessaly::Error(tessaly::ErrorNumber::FileAccess,
-                             QStringLiteral("%1: %2").arg(fileName, file.errorString()));
-    return readDefinition(file.readAll(), fileName);
+    return readDefinition(tessaly::DocumentFile::read(fileName), fileName);
 }
 
 QByteArray writeDefinition(SQLInfo &query)
@@ -45,6 +41,7 @@ QByteArray writeDefinition(SQLInfo &query)
 
 void writeDefinitionFile(const QString &fileName, SQLInfo &query)
 {
+    tessaly::DocumentFile::checkReplaceable(fileName);
     const QByteArray data = writeDefinition(query);
     QSaveFile file(fileName);
     if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size() || !file.commit())
