@@ -115,6 +115,12 @@ private Q_SLOTS:
         QVERIFY2(m_ui->messages.isEmpty(), qPrintable(m_ui->messages.join('\n')));
         QCOMPARE(window.results().result().columns, (QStringList{ "Region", "Segment", "Orders", "Revenue" }));
         QVERIFY(!window.results().result().rows.isEmpty());
+        // Figures line up on the right, text on the left.
+        const auto alignment = [&window](int column) {
+            return window.results().data(window.results().index(0, column), Qt::TextAlignmentRole);
+        };
+        QVERIFY(!alignment(0).isValid());
+        QCOMPARE(alignment(3).value<Qt::Alignment>() & Qt::AlignRight, Qt::AlignRight);
         QVERIFY(window.windowTitle().startsWith("sales-by-region.component.xml"));
         // The document's values came back after the face was built.
         QCOMPARE(input<QComboBox>(window, "ParamInput@@@Region")->currentText(), QString("North East"));

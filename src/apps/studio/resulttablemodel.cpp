@@ -7,6 +7,16 @@ void ResultTableModel::setResult(QueryResult result)
 {
     beginResetModel();
     m_result = std::move(result);
+    m_numeric = QList<bool>(m_result.columns.size(), !m_result.rows.isEmpty());
+    for (qsizetype r = 0; r < m_result.rows.size(); ++r) {
+        for (qsizetype c = 0; c < m_numeric.size(); ++c) {
+            bool number = false;
+            if (m_numeric.at(c) && !m_result.nulls.at(r).value(c))
+                m_result.rows.at(r).value(c).toDouble(&number);
+            if (!number && !m_result.nulls.at(r).value(c))
+                m_numeric[c] = false;
+        }
+    }
     endResetModel();
 }
 
@@ -31,6 +41,8 @@ QVariant ResultTableModel::data(const QModelIndex &index, int role) const
         return isNull ? QVariant() : QVariant(row.value(index.column()));
     case Qt::BackgroundRole:
         return isNull ? QVariant(QPalette().brush(QPalette::AlternateBase)) : QVariant();
+    case Qt::TextAlignmentRole:
+        return m_numeric.value(index.column()) ? QVariant(Qt::AlignRight | Qt::AlignVCenter) : QVariant();
     default:
         return {};
     }

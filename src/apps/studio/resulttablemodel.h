@@ -4,7 +4,8 @@
 
 #include <QAbstractTableModel>
 
-// The rows of the latest answer, for the result grid. NULL shows as an empty, greyed cell.
+// The rows of the latest answer, for the result grid. NULL shows as an empty, greyed cell; a
+// column whose every value is a number is aligned to the right, as figures are read.
 class ResultTableModel final : public QAbstractTableModel
 {
     Q_OBJECT
@@ -22,4 +23,6 @@ public:
 
 private:
     QueryResult m_result;
+    QList<bool> m_numeric; // per column
+
 };
