@@ -1,7 +1,7 @@
 // What the parameter dialogs decide, without windows; the values read from two columns come
 // from the sample database through the real data service.
 
-#include "sampleservice.h"
+#include "../common/sampleservice.h"
 
 #include "tessaly/namemap.h"
 #include "veldra/dialogs/dbgetdecision.h"
@@ -252,7 +252,7 @@ void tst_ParamDecisions::selectionValueEditsKeepTheOrderAndChooseARow()
 
 void tst_ParamDecisions::tablesAndColumnsComeFromTheCacheOnceAsked()
 {
-    const auto proxy = std::make_shared<testservice::SampleProxy>();
+    const auto proxy = testservice::sampleService();
     TSAccessor accessor;
     accessor.setTsProxy(proxy);
     DBGetDecision decision;
@@ -302,8 +302,8 @@ void tst_ParamDecisions::pairsComeFromTheTwoChosenColumns()
     QFETCH(QString, value);
     QFETCH(bool, fails);
     QFETCH(QString, pairs);
-    const auto proxy = std::make_shared<testservice::SampleProxy>();
-    proxy->failRecords = fails;
+    const auto proxy = testservice::sampleService();
+    proxy->refusing = fails ? "<content>record" : "";
     TSAccessor accessor;
     accessor.setTsProxy(proxy);
     int reports = 0;

@@ -3,7 +3,7 @@
 // real data service. Nested dialogs run from queued scripts.
 
 #include "recordinguiservice.h"
-#include "sampleservice.h"
+#include "../common/sampleservice.h"
 
 #include "tessaly/namemap.h"
 #include "veldra/dialogs/wizdberrordialog.h"
@@ -523,7 +523,7 @@ void tst_ParamDialogs::valuesFromTwoColumnsReplaceTheOldOnes()
 {
     auto definition = std::make_shared<SQLInfo>();
     definition->setDbInfo(testservice::sampleDatabase());
-    const auto proxy = std::make_shared<testservice::SampleProxy>();
+    const auto proxy = testservice::sampleService();
     TSAccessor accessor;
     accessor.setTsProxy(proxy);
     accessor.setErrorReporter(showDatabaseError);
@@ -589,8 +589,8 @@ void tst_ParamDialogs::dbGetOkWaitsForPairs()
     QFETCH(bool, failRecords);
     QFETCH(QString, button);
     QFETCH(QString, taken);
-    const auto proxy = std::make_shared<testservice::SampleProxy>();
-    proxy->failRecords = failRecords;
+    const auto proxy = testservice::sampleService();
+    proxy->refusing = failRecords ? "<content>record" : "";
     TSAccessor accessor;
     accessor.setTsProxy(proxy);
     accessor.setErrorReporter(showDatabaseError);

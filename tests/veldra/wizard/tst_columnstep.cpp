@@ -1,5 +1,5 @@
 #include "../common/definitions.h"
-#include "structureservice.h"
+#include "wizardfixture.h"
 
 #include "veldra/records/tableinfo.h"
 #include "veldra/resources/stringtable.h"
@@ -55,7 +55,7 @@ private Q_SLOTS:
 void tst_ColumnStep::prepareFetchesUnknownTablesWithoutSharingTheCache()
 {
     WizardState state;
-    auto service = testwizard::sampleStructure({ { "staff", { "id", "boss" } } });
+    auto service = testservice::sqliteStructure({ { "staff", { "id", "boss" } } });
     auto query = sampleQuery();
     select(*query, { "regions.name" }); // a table that is no longer chosen
     testwizard::start(state, query, service);
@@ -80,15 +80,15 @@ void tst_ColumnStep::prepareFetchesUnknownTablesWithoutSharingTheCache()
     QCOMPARE(definition.getColumnInfoFromDispName(u"Manager")->GetSelectionName(), "staff.boss");
 
     // Coming back to the step asks nothing again.
-    const int asked = service->requests;
+    const int asked = int(service->requests.size());
     QVERIFY(step.prepare());
-    QCOMPARE(service->requests, asked);
+    QCOMPARE(service->requests.size(), asked);
 }
 
 void tst_ColumnStep::prepareFailsWhenATableHasNoColumns()
 {
     WizardState state;
-    auto service = testwizard::sampleStructure({ { "empty", {} } });
+    auto service = testservice::sqliteStructure({ { "empty", {} } });
     testwizard::start(state, std::make_shared<SQLInfo>(), service);
     state.accessor()->setErrorReporter([](const DatabaseErrorReport &) {});
     state.accessor()->GetDatabaseStructure();

@@ -1,6 +1,6 @@
 #include "../common/definitions.h"
 #include "../dialogs/recordinguiservice.h"
-#include "structureservice.h"
+#include "wizardfixture.h"
 
 #include "veldra/resources/stringtable.h"
 #include "veldra/wizard/columnpage.h"
