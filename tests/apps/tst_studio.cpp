@@ -78,9 +78,7 @@ private Q_SLOTS:
     void initTestCase()
     {
         qputenv("XDG_CONFIG_HOME", m_config.path().toUtf8()); // the built-in sample only
-        // Screenshots are taken in the language asked for; the checks read English.
-        if (qEnvironmentVariableIsEmpty("VELDRA_SHOT_DIR"))
-            veldra::StringTable::setLanguage(veldra::Language::English);
+        veldra::StringTable::setLanguage(veldra::Language::English);
     }
 
     void init()
@@ -213,23 +211,6 @@ private Q_SLOTS:
         waitForRows(window);
         QVERIFY2(window.results().result().error.isEmpty(), qPrintable(window.results().result().error));
         QCOMPARE(window.results().result().rows.size(), 2);
-    }
-
-    // Not a test of behaviour: renders the window for people to look at, when asked to.
-    void screenshots()
-    {
-        const QString folder = qEnvironmentVariable("VELDRA_SHOT_DIR");
-        if (folder.isEmpty())
-            QSKIP("set VELDRA_SHOT_DIR to render the studio");
-        QDir().mkpath(folder);
-        const QString language = veldra::StringTable::language() == veldra::Language::Japanese ? "ja" : "en";
-        StudioWindow window;
-        QVERIFY(window.openDocument(sample));
-        window.findChild<QAction *>("ShowRequestAction")->setChecked(true);
-        window.show();
-        waitForRows(window);
-        QVERIFY(window.grab().save(folder + "/studio-" + language + ".png"));
-        QVERIFY(window.findChild<QWidget *>("PadFace")->grab().save(folder + "/pad-" + language + ".png"));
     }
 };
 

@@ -205,14 +205,6 @@ private Q_SLOTS:
         QVERIFY(QApplication::topLevelWidgets().isEmpty());
     }
 
-    void namesTheComponent()
-    {
-        TsyParamConditionPad pad;
-        QCOMPARE(pad.zetPrimitivePad_returnClassName(), QString("TsyParamConditionPad"));
-        QCOMPARE(pad.zetPrimitivePad_returnDisplayName(), QString("Parametarized Condition Zorbit"));
-        QCOMPARE(pad.zetPrimitivePad_returnDescription(), QString("This Zorbit create a query condition with parameters."));
-    }
-
     void declaresItsSlotsAndWatchesTheRequestOnlyWhenNew_data()
     {
         QTest::addColumn<int>("kind");
@@ -527,23 +519,6 @@ private Q_SLOTS:
         QVERIFY(site->modelHost().hasSlot("@@@New"));
     }
 
-    // Not a test of behaviour: renders every kind of row for people to look at, when asked to.
-    void screenshot()
-    {
-        const QString folder = qEnvironmentVariable("VELDRA_SHOT_DIR");
-        if (folder.isEmpty())
-            QSKIP("set VELDRA_SHOT_DIR to render the pad");
-        veldra::StringTable::setLanguage(qgetenv("VELDRA_LANG") == "ja" ? veldra::Language::Japanese
-                                                                         : veldra::Language::English);
-        Desktop d;
-        auto definition = sampleDefinition();
-        definition->parameters()->object<ParamInfo>("@@@From")->setTitle(
-                veldra::StringTable::language() == veldra::Language::Japanese ? "開始日 ('YYYY-MM-DD')" : "From ('YYYY-MM-DD')");
-        d.build(definition);
-        d.face->show();
-        QVERIFY(d.face->grab().save(folder + "/pad-rows-" + qgetenv("VELDRA_LANG") + ".png"));
-        veldra::StringTable::setLanguage(veldra::Language::English);
-    }
 };
 
 QTEST_MAIN(tst_TsyParamConditionPad)
