@@ -1,4 +1,5 @@
 #include "studiowindow.h"
+#include "../veldra/dialogs/recordinguiservice.h"
 #include "resulttablemodel.h"
 
 #include "tessaly/modelhost.h"
@@ -27,22 +28,6 @@ namespace {
 
 const QString sample = QStringLiteral(VELDRA_SOURCE_DIR "/samples/sales-by-region.component.xml");
 
-class QuietUi final : public tessaly::UiService
-{
-public:
-    Answer message(const QString &text, const QString &title, Buttons) override
-    {
-        messages.append(title + ": " + text);
-        return Answer::Ok;
-    }
-    int execDialog(QDialog &) override { return 0; }
-    bool showsWindows() const override { return false; }
-    void report(const QString &title, const QStringList &lines) override { messages.append(title + ": " + lines.join(' ')); }
-    void setBusy(bool) override { }
-
-    QStringList messages;
-};
-
 QSet<QString> column(const ResultTableModel &results, int column)
 {
     QSet<QString> values;
@@ -60,7 +45,7 @@ class tst_Studio : public QObject
 
 private:
     QTemporaryDir m_config;
-    std::shared_ptr<QuietUi> m_ui;
+    std::shared_ptr<testui::RecordingUiService> m_ui;
 
     static void waitForRows(StudioWindow &window)
     {
@@ -83,7 +68,8 @@ private Q_SLOTS:
 
     void init()
     {
-        m_ui = std::make_shared<QuietUi>();
+        m_ui = std::make_shared<testui::RecordingUiService>();
+        m_ui->windows = false;
         tessaly::UiService::setInstance(m_ui);
     }
 
@@ -110,7 +96,7 @@ private Q_SLOTS:
         window.setQueryDelay(0);
         QVERIFY(window.openDocument(sample));
         waitForRows(window);
-        QVERIFY2(m_ui->messages.isEmpty(), qPrintable(m_ui->messages.join('\n')));
+        QVERIFY2(m_ui->messages.isEmpty() && m_ui->reports.isEmpty(), qPrintable(m_ui->messages.value(0).text));
         QCOMPARE(window.results().result().columns, (QStringList{ "Region", "Segment", "Orders", "Revenue" }));
         QVERIFY(!window.results().result().rows.isEmpty());
         QVERIFY(window.windowTitle().startsWith("sales-by-region.component.xml"));
@@ -176,7 +162,7 @@ private Q_SLOTS:
         QVERIFY(window.openDocument(sample));
         QVERIFY(!window.openDocument(broken));
         QCOMPARE(m_ui->messages.size(), 1);
-        QVERIFY2(m_ui->messages.at(0).contains("broken.xml:"), qPrintable(m_ui->messages.at(0)));
+        QVERIFY2(m_ui->messages.at(0).text.contains("broken.xml:"), qPrintable(m_ui->messages.at(0).text));
         QCOMPARE(window.fileName(), sample);
         QVERIFY(input<QComboBox>(window, "ParamInput@@@Region"));
         QVERIFY(!window.saveDocument(dir.filePath("no/such/folder/out.xml")));

@@ -30,7 +30,6 @@ void tst_WizardState::startRefusesAMissingModelOrProxy_data()
     QTest::addColumn<bool>("proxy");
     QTest::newRow("no model") << false << true;
     QTest::newRow("no proxy") << true << false;
-    QTest::newRow("neither") << false << false;
 }
 
 void tst_WizardState::startRefusesAMissingModelOrProxy()
