@@ -2,6 +2,7 @@
 // edit dialog, the value edit dialog and the retrieval from the sample database through the
 // real data service. Nested dialogs run from queued scripts.
 
+#include "../common/definitions.h"
 #include "recordinguiservice.h"
 #include "../common/sampleservice.h"
 
@@ -28,6 +29,7 @@
 #include <QTreeWidget>
 
 using namespace veldra;
+using namespace testdefs;
 using tessaly::NameMap;
 using tessaly::UiService;
 
@@ -109,25 +111,6 @@ void choose(const QObject &dialog, const char *combo, const QString &entry)
 QAbstractButton *typeOption(const QObject &dialog, int index)
 {
     return the<QButtonGroup>(dialog, "TypeOption")->button(index);
-}
-
-std::shared_ptr<ParamInfo> parameter(const QString &name, qint32 type, const QString &title, const QString &pairs = {})
-{
-    auto result = std::make_shared<ParamInfo>();
-    result->setParamName(name);
-    result->setParamType(type);
-    result->setTitle(title);
-    for (const QString &pair : pairs.split(',', Qt::SkipEmptyParts))
-        result->selections()->setText(pair.section('=', 0, 0), pair.section('=', 1));
-    return result;
-}
-
-QString pairs(const NameMap &map)
-{
-    QStringList result;
-    for (int i = 0; i < map.count(); ++i)
-        result.append(map.key(i) + '=' + map.item(i).toString());
-    return result.join(',');
 }
 
 } // namespace

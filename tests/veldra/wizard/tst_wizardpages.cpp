@@ -26,17 +26,6 @@ using tessaly::UiService;
 
 namespace {
 
-std::shared_ptr<SQLInfo> sampleQuery()
-{
-    auto query = std::make_shared<SQLInfo>();
-    addTable(*query, "orders", { "id", "amount=Total" });
-    addTable(*query, "customers", { "id", "name" });
-    addExpression(*query, "SUM(amount)");
-    addExpression(*query, "COUNT(*)");
-    select(*query, { "orders.id", "orders.amount", "SUM(amount)" });
-    return query;
-}
-
 template<typename T>
 T *child(QWidget &page, const QString &name)
 {
@@ -100,7 +89,7 @@ void tst_WizardPages::init()
     m_ui = std::make_shared<testui::RecordingUiService>();
     UiService::setInstance(m_ui);
     m_state = std::make_unique<WizardState>();
-    testwizard::start(*m_state, sampleQuery());
+    testwizard::start(*m_state, testwizard::sampleQuery());
 }
 
 void tst_WizardPages::cleanup()

@@ -1,3 +1,4 @@
+#include "../common/definitions.h"
 #include "wizardfixture.h"
 
 #include "tessaly/namemap.h"
@@ -16,6 +17,7 @@
 #include <QTest>
 
 using namespace veldra;
+using testdefs::keys;
 using testservice::ScriptedService;
 
 namespace {
@@ -33,14 +35,6 @@ std::shared_ptr<SQLInfo> definitionOn(const QString &path, const QStringList &ta
         definition->tables()->setObject(name, table);
     }
     return definition;
-}
-
-QStringList keys(const tessaly::NameMap &map)
-{
-    QStringList list;
-    for (int i = 0; i < map.count(); ++i)
-        list.append(map.key(i));
-    return list;
 }
 
 QString marked(const QString &name)

@@ -3,6 +3,7 @@
 // For the wizard's tests: a component model that keeps what is written into it, and a wizard
 // state opened as its first two steps leave it.
 
+#include "../common/definitions.h"
 #include "../common/structureservice.h"
 
 #include "tessaly/defaultmodel.h"
@@ -31,6 +32,19 @@ public:
 
     QList<std::pair<QString, QVariant>> writes;
 };
+
+// orders (id, amount=Total) and customers (id, name) chosen; orders.id, the alias Total's
+// column and SUM(amount) selected; the expressions SUM(amount) and COUNT(*).
+inline std::shared_ptr<veldra::SQLInfo> sampleQuery()
+{
+    auto query = std::make_shared<veldra::SQLInfo>();
+    testdefs::addTable(*query, "orders", { "id", "amount=Total" });
+    testdefs::addTable(*query, "customers", { "id", "name" });
+    testdefs::addExpression(*query, "SUM(amount)");
+    testdefs::addExpression(*query, "COUNT(*)");
+    testdefs::select(*query, { "orders.id", "orders.amount", "SUM(amount)" });
+    return query;
+}
 
 // Opens the wizard state on a copy of definition with the sample database chosen, and the
 // definition's tables chosen.
