@@ -48,6 +48,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
+    void lineBreaksAreRemovedWithoutASpace();
     void expressionDialogDecidesOnTheTextWithoutLineBreaks_data();
     void expressionDialogDecidesOnTheTextWithoutLineBreaks();
     void databaseErrorShowsTheHexCodeAndWhereTheRequestWent_data();
@@ -73,6 +74,16 @@ void tst_Dialogs::cleanup()
     QVERIFY(QApplication::topLevelWidgets().isEmpty());
 }
 
+void tst_Dialogs::lineBreaksAreRemovedWithoutASpace()
+{
+    // Asked directly: the dialog's text edit never hands a lone CR on. Spaces and tabs stay.
+    const ExistingExpressions checker({});
+    const ExprDialogDecision decision = decideExpression(" \na\rb\r\n\nc\r + d\t", "", false, checker);
+    QVERIFY(decision.accepted);
+    QCOMPARE(decision.expression, " abc + d\t");
+    QCOMPARE(checker.asked, QStringList{ " abc + d\t" });
+}
+
 void tst_Dialogs::expressionDialogDecidesOnTheTextWithoutLineBreaks_data()
 {
     QTest::addColumn<bool>("editMode");
@@ -86,8 +97,8 @@ void tst_Dialogs::expressionDialogDecidesOnTheTextWithoutLineBreaks_data()
     };
     // The query holds SUM(a)+1, MAX(b) and sum(a)+1; the dialog opens on SUM(a)+1.
     const QString ok = "OKButton";
-    row("add: CR and LF removed wherever they stand, without a space; blanks kept", false,
-        " \nMIN(\rc)\r\n\n+ 1\t\r", ok, { " MIN(c)+ 1\t" }, true);
+    row("add: CR and LF removed wherever they stand, without a space", false, "\nMIN(\rc)\r\n\n+1\r", ok,
+        { "MIN(c)+1" }, true);
     row("add: empty expression is not refused", false, "", ok, { "" }, true);
     row("add: the one it opened on refused", false, "SUM(a)+1", ok, { "SUM(a)+1" }, false);
     row("add: existence asked without the line breaks", false, "MAX\n(b)", ok, { "MAX(b)" }, false);

@@ -364,7 +364,6 @@ void tst_ParamDialogs::theNameFieldKeepsThePrefixInFront_data()
     QTest::addColumn<QString>("shown");
     QTest::addColumn<int>("caretAfter");
     QTest::newRow("x typed into the empty field") << "" << 0 << "x" << "@@@x" << 4;
-    QTest::newRow("more typed after it") << "@@@x" << 4 << "yz" << "@@@xyz" << 6;
     QTest::newRow("an @ of the prefix removed") << "@@@x" << 3 << "<" << "@@@@@x" << 5;
     QTest::newRow("the whole prefix selected and replaced") << "@@@x" << -1 << "y" << "@@@yx" << 4;
 }

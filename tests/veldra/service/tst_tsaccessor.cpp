@@ -1,6 +1,5 @@
 #include "../common/structureservice.h"
 
-#include "veldra/records/columninfo.h"
 #include "veldra/records/dbinfo.h"
 #include "veldra/records/tableinfo.h"
 #include "veldra/resources/stringtable.h"
@@ -103,7 +102,6 @@ private Q_SLOTS:
     void walkAsksOncePerProviderAndDataSource();
     void lookupsAskOnlyForWhatTheCacheLacks_data();
     void lookupsAskOnlyForWhatTheCacheLacks();
-    void tableInfoHoldsTheColumnsOfItsTable();
 
     void failuresSetLastErrorAndAreReported_data();
     void failuresSetLastErrorAndAreReported();
@@ -285,23 +283,6 @@ void tst_TSAccessor::lookupsAskOnlyForWhatTheCacheLacks()
     QCOMPARE(m_proxy->takeCount(), asked[1]);
     QVERIFY(result);
     QCOMPARE(storedAt(root, path) == result, stored);
-}
-
-void tst_TSAccessor::tableInfoHoldsTheColumnsOfItsTable()
-{
-    m_accessor->GetDatabaseStructure();
-    const auto table = m_accessor->GetTableInfoAt("P1", "D1", "C1", "V9");
-    QVERIFY(table);
-    QCOMPARE(table->tableName(), "V9");
-    QCOMPARE(entries(table->columns()), (QStringList{ "when", "what", "who" }));
-    for (int i = 0; i < table->columns()->count(); ++i) {
-        const auto column = table->columns()->objectAt<ColumnInfo>(i);
-        QVERIFY(column);
-        QCOMPARE(column->table(), "V9");
-        QCOMPARE(column->columnType(), ColumnInfo::TableColumn);
-        QCOMPARE(column->express(), table->columns()->key(i));
-        QCOMPARE(column->alias(), QString());
-    }
 }
 
 void tst_TSAccessor::failuresSetLastErrorAndAreReported_data()

@@ -51,7 +51,9 @@ void tst_GroupOrderStep::rowCountText_data()
     QTest::addColumn<bool>("canLeave");
     QTest::newRow("a count") << "12" << true << 12 << true;
     QTest::newRow("blanks around") << " 12 " << true << 12 << true;
+    QTest::newRow("one") << "1" << true << 1 << true;
     QTest::newRow("zero converts but cannot stay") << "0" << true << 0 << false;
+    QTest::newRow("negative") << "-3" << true << -3 << false;
     QTest::newRow("empty") << "" << false << 7 << false;
     QTest::newRow("letters") << "ten" << false << 7 << false;
     QTest::newRow("past 32 bits") << "2147483648" << false << 7 << false;
