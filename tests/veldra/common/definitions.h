@@ -63,15 +63,43 @@ inline void select(SQLInfo &query, const QStringList &selections)
         query.selections()->append(selection);
 }
 
+// A parameter record; its selection values are given as "value=name,value=name".
+inline std::shared_ptr<ParamInfo> parameter(const QString &name, qint32 type, const QString &title,
+                                            const QString &pairs = {})
+{
+    auto result = std::make_shared<ParamInfo>();
+    result->setParamName(name);
+    result->setParamType(type);
+    result->setTitle(title);
+    for (const QString &pair : pairs.split(',', Qt::SkipEmptyParts))
+        result->selections()->setText(pair.section('=', 0, 0), pair.section('=', 1));
+    return result;
+}
+
 inline std::shared_ptr<ParamInfo> addParameter(SQLInfo &query, const QString &name, const QString &title,
                                                qint32 type = ParamInfo::TypedIn)
 {
-    auto parameter = std::make_shared<ParamInfo>();
-    parameter->setParamName(name);
-    parameter->setTitle(title);
-    parameter->setParamType(type);
-    query.parameters()->setObject(name, parameter);
-    return parameter;
+    auto added = parameter(name, type, title);
+    query.parameters()->setObject(name, added);
+    return added;
+}
+
+// The keys of a map in order.
+inline QStringList keys(const tessaly::NameMap &map)
+{
+    QStringList list;
+    for (int i = 0; i < map.count(); ++i)
+        list.append(map.key(i));
+    return list;
+}
+
+// A map's entries in order as "key=value,key=value".
+inline QString pairs(const tessaly::NameMap &map)
+{
+    QStringList list;
+    for (int i = 0; i < map.count(); ++i)
+        list.append(map.key(i) + '=' + map.item(i).toString());
+    return list.join(',');
 }
 
 inline QByteArray save(tessaly::zetVariable &variable)

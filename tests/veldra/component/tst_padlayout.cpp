@@ -154,15 +154,6 @@ private Q_SLOTS:
         QVERIFY(!setting(input->afterConnecting, "SelectIndex").isValid());
     }
 
-    void parametersKeepTheDefinitionsOrder()
-    {
-        auto query = definition();
-        addParameter(*query, "@@@Z", "Z");
-        addParameter(*query, "@@@A", "A");
-        const QStringList names = childNames(PadLayout::rows(*query));
-        QVERIFY(names.indexOf("ParamInput@@@Z") < names.indexOf("ParamInput@@@A"));
-    }
-
     void theListAndTheOrderingChoicesShowDisplayNames()
     {
         auto query = definition();
@@ -180,23 +171,6 @@ private Q_SLOTS:
         QCOMPARE(setting(list->afterConnecting, "CurrentItem").toString(), PadLayout::selectionItems(*query));
     }
 
-    void fixedRowsCarryTheirCaptionsAndSlots()
-    {
-        auto query = definition();
-        query->setTopN(3);
-        query->setTopNAsParam(true);
-        query->setUseOrderBy(true);
-        query->setOrderByAsParam(true);
-        const auto rows = PadLayout::rows(*query);
-        QCOMPARE(setting(find(rows, "TopNLabel")->settings, "String").toString(), QString("Number of Top"));
-        QCOMPARE(setting(find(rows, "OrderByLabel")->settings, "String").toString(), QString("Column to Order"));
-        QCOMPARE(setting(find(rows, "DirectionLabel")->settings, "String").toString(), QString("Direction"));
-        QCOMPARE(find(rows, "TopNInput")->slot, QString("TopN"));
-        QCOMPARE(find(rows, "OrderByInput")->slot, QString("OrderBy"));
-        QCOMPARE(find(rows, "OrderByInput")->property, QString("SelectValue"));
-        QCOMPARE(find(rows, "DirectionSwitch")->slot, QString("OrderByAscendant"));
-        QCOMPARE(setting(find(rows, "DirectionSwitch")->afterConnecting, "SwitchOn"), QVariant(true));
-    }
 };
 
 QTEST_GUILESS_MAIN(tst_PadLayout)

@@ -58,12 +58,8 @@ void tst_RequestBuilder::conditionSubstitution_data()
                                                 << "<condition>x&lt;5 &amp; 6</condition>";
     QTest::newRow("underscore, period, quote, brackets belong to the name")
             << "@@@P_1.a\"[x] = 1" << QStringList { "@@@P_1.a\"[x]", "v" } << "<condition>v = 1</condition>";
-    QTest::newRow("comma ends a reference") << "@@@P,@@@Q" << QStringList { "@@@P", "1", "@@@Q", "2" }
-                                            << "<condition>1,2</condition>";
     QTest::newRow("adjacent references") << "@@@A@@@B" << QStringList { "@@@A", "x", "@@@B", "y" } << "<condition>xy</condition>";
     QTest::newRow("empty name is the key @@@") << "a=@@@ and @@@" << QStringList { "@@@", "Z" } << "<condition>a=Z and Z</condition>";
-    QTest::newRow("reference at the very end") << "a=@@@End" << QStringList { "@@@End", "9" } << "<condition>a=9</condition>";
-    QTest::newRow("delimiter at the end is kept") << "(@@@X)" << QStringList { "@@@X", "1" } << "<condition>(1)</condition>";
     QTest::newRow("two at-signs are not a reference") << "a@@b" << QStringList {} << "<condition>a@@b</condition>";
     QTest::newRow("four at-signs: the fourth ends an empty name") << "@@@@x" << QStringList { "@@@", "E" }
                                                                   << "<condition>E@x</condition>";

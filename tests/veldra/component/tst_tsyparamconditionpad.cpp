@@ -1,4 +1,5 @@
 #include "../common/definitions.h"
+#include "../dialogs/recordinguiservice.h"
 
 #include "tessaly/containersite.h"
 #include "tessaly/modelhost.h"
@@ -27,24 +28,6 @@ using namespace testdefs;
 using veldra::TsyParamConditionPad;
 
 namespace {
-
-// Answers for the person and counts how the busy cursor is set.
-class ScriptedUi final : public tessaly::UiService
-{
-public:
-    Answer message(const QString &text, const QString &title, Buttons buttons) override
-    {
-        messages.append({ text, title, QString::number(int(buttons)) });
-        return Answer::Ok;
-    }
-    int execDialog(QDialog &) override { return 0; }
-    bool showsWindows() const override { return false; }
-    void report(const QString &, const QStringList &) override { }
-    void setBusy(bool busy) override { busyDepth += busy ? 1 : -1; }
-
-    QList<QStringList> messages; // text, title, buttons
-    int busyDepth = 0;
-};
 
 class NoService final : public tessaly::ServiceProxy
 {
@@ -131,7 +114,7 @@ class tst_TsyParamConditionPad : public QObject
     Q_OBJECT
 
 private:
-    std::shared_ptr<ScriptedUi> m_ui;
+    std::shared_ptr<testui::RecordingUiService> m_ui;
 
     // A pad on a fake site, initialised as a new component.
     struct Fixture
@@ -195,7 +178,8 @@ private Q_SLOTS:
 
     void init()
     {
-        m_ui = std::make_shared<ScriptedUi>();
+        m_ui = std::make_shared<testui::RecordingUiService>();
+        m_ui->windows = false;
         tessaly::UiService::setInstance(m_ui);
     }
 
@@ -203,14 +187,6 @@ private Q_SLOTS:
     {
         tessaly::UiService::setInstance(nullptr);
         QVERIFY(QApplication::topLevelWidgets().isEmpty());
-    }
-
-    void namesTheComponent()
-    {
-        TsyParamConditionPad pad;
-        QCOMPARE(pad.zetPrimitivePad_returnClassName(), QString("TsyParamConditionPad"));
-        QCOMPARE(pad.zetPrimitivePad_returnDisplayName(), QString("Parametarized Condition Zorbit"));
-        QCOMPARE(pad.zetPrimitivePad_returnDescription(), QString("This Zorbit create a query condition with parameters."));
     }
 
     void declaresItsSlotsAndWatchesTheRequestOnlyWhenNew_data()
@@ -294,8 +270,8 @@ private Q_SLOTS:
         f.pad.zetPrimitivePad_onSetSlotValue("EditQuery", true);
         f.pad.zetPrimitivePad_onSetSlotValue("EditQuery", true);
         QCOMPARE(m_ui->messages.size(), 2);
-        QCOMPARE(m_ui->messages.at(0), (QStringList{ "Failed to connectiong the TessalyService.", "Error",
-                                                    QString::number(int(tessaly::UiService::Buttons::Ok)) }));
+        QCOMPARE(m_ui->messages.at(0).text, "Failed to connectiong the TessalyService.");
+        QCOMPARE(m_ui->messages.at(0).title, "Error");
         QVERIFY(f.calls.isEmpty());
         QCOMPARE(m_ui->busyDepth, 0);
     }
@@ -527,23 +503,6 @@ private Q_SLOTS:
         QVERIFY(site->modelHost().hasSlot("@@@New"));
     }
 
-    // Not a test of behaviour: renders every kind of row for people to look at, when asked to.
-    void screenshot()
-    {
-        const QString folder = qEnvironmentVariable("VELDRA_SHOT_DIR");
-        if (folder.isEmpty())
-            QSKIP("set VELDRA_SHOT_DIR to render the pad");
-        veldra::StringTable::setLanguage(qgetenv("VELDRA_LANG") == "ja" ? veldra::Language::Japanese
-                                                                         : veldra::Language::English);
-        Desktop d;
-        auto definition = sampleDefinition();
-        definition->parameters()->object<ParamInfo>("@@@From")->setTitle(
-                veldra::StringTable::language() == veldra::Language::Japanese ? "開始日 ('YYYY-MM-DD')" : "From ('YYYY-MM-DD')");
-        d.build(definition);
-        d.face->show();
-        QVERIFY(d.face->grab().save(folder + "/pad-rows-" + qgetenv("VELDRA_LANG") + ".png"));
-        veldra::StringTable::setLanguage(veldra::Language::English);
-    }
 };
 
 QTEST_MAIN(tst_TsyParamConditionPad)

@@ -192,9 +192,6 @@ void tst_Dialogs::databaseErrorShowsTheHexCodeAndWhereTheRequestWent()
 void tst_Dialogs::databaseErrorDialogClosesOnOkOnlyAndDetailDoesNothing()
 {
     WizDBErrorDialog dialog;
-    QCOMPARE(dialog.windowTitle(), "Database Error");
-    QCOMPARE(dialog.findChild<QLabel *>("Label")->text(), "Database Error");
-    QCOMPARE(dialog.findChild<QPushButton *>("DetailButton")->text(), "Detail");
     m_ui->script = [](QDialog &shown) { press(shown, "DetailButton"); };
     m_ui->execDialog(dialog);
     QVERIFY(!m_ui->closedByScript);

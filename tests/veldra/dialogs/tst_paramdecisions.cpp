@@ -1,7 +1,8 @@
 // What the parameter dialogs decide, without windows; the values read from two columns come
 // from the sample database through the real data service.
 
-#include "sampleservice.h"
+#include "../common/definitions.h"
+#include "../common/sampleservice.h"
 
 #include "tessaly/namemap.h"
 #include "veldra/dialogs/dbgetdecision.h"
@@ -16,20 +17,10 @@
 #include <QTest>
 
 using namespace veldra;
+using namespace testdefs;
 using tessaly::NameMap;
 
 namespace {
-
-std::shared_ptr<ParamInfo> parameter(const QString &name, qint32 type, const QString &title, const QString &pairs = {})
-{
-    auto result = std::make_shared<ParamInfo>();
-    result->setParamName(name);
-    result->setParamType(type);
-    result->setTitle(title);
-    for (const QString &pair : pairs.split(' ', Qt::SkipEmptyParts))
-        result->selections()->setText(pair.section('=', 0, 0), pair.section('=', 1));
-    return result;
-}
 
 // "value=name" in order, the chosen row marked with "*".
 QString shown(const QList<SelectionValueRow> &rows)
@@ -203,7 +194,7 @@ void tst_ParamDecisions::okNeedsANameATitleAndForAListAValue()
 void tst_ParamDecisions::switchingTheKindKeepsTheSelectionValues()
 {
     ParamEditDecision edit;
-    const auto edited = parameter("@@@a", ParamInfo::ChosenFromList, "A", "v=V w=W");
+    const auto edited = parameter("@@@a", ParamInfo::ChosenFromList, "A", "v=V,w=W");
     edit.setParameter(edited);
     edit.chooseTypeOption(ParamEditDecision::StringFieldOption);
     QCOMPARE(edited->paramType(), ParamInfo::TypedIn);
@@ -225,7 +216,7 @@ void tst_ParamDecisions::selectionValueEditsKeepTheOrderAndChooseARow_data()
     // The parameter holds a=A b=B c=C and nothing is chosen yet.
     QTest::newRow("store a new value") << "store" << "d=D" << "a=A b=B c=C d=D*";
     QTest::newRow("store a held value renames it in place") << "store" << "b=Bee" << "a=A b=Bee* c=C";
-    QTest::newRow("take replaces the values whole") << "take" << "x=X y=Y" << "x=X y=Y";
+    QTest::newRow("take replaces the values whole") << "take" << "x=X,y=Y" << "x=X y=Y";
     QTest::newRow("delete the first") << "delete" << "0" << "b=B* c=C";
     QTest::newRow("delete the last") << "delete" << "2" << "a=A b=B*";
 }
@@ -236,7 +227,7 @@ void tst_ParamDecisions::selectionValueEditsKeepTheOrderAndChooseARow()
     QFETCH(QString, argument);
     QFETCH(QString, after);
     ParamEditDecision edit;
-    const auto edited = parameter("@@@a", ParamInfo::ChosenFromList, "A", "a=A b=B c=C");
+    const auto edited = parameter("@@@a", ParamInfo::ChosenFromList, "A", "a=A,b=B,c=C");
     edit.setParameter(edited);
     if (operation == "store") {
         edit.storeValue(argument.section('=', 0, 0), argument.section('=', 1));
@@ -252,7 +243,7 @@ void tst_ParamDecisions::selectionValueEditsKeepTheOrderAndChooseARow()
 
 void tst_ParamDecisions::tablesAndColumnsComeFromTheCacheOnceAsked()
 {
-    const auto proxy = std::make_shared<testservice::SampleProxy>();
+    const auto proxy = testservice::sampleService();
     TSAccessor accessor;
     accessor.setTsProxy(proxy);
     DBGetDecision decision;
@@ -302,8 +293,8 @@ void tst_ParamDecisions::pairsComeFromTheTwoChosenColumns()
     QFETCH(QString, value);
     QFETCH(bool, fails);
     QFETCH(QString, pairs);
-    const auto proxy = std::make_shared<testservice::SampleProxy>();
-    proxy->failRecords = fails;
+    const auto proxy = testservice::sampleService();
+    proxy->refusing = fails ? "<content>record" : "";
     TSAccessor accessor;
     accessor.setTsProxy(proxy);
     int reports = 0;

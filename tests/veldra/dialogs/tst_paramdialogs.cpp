@@ -2,8 +2,9 @@
 // edit dialog, the value edit dialog and the retrieval from the sample database through the
 // real data service. Nested dialogs run from queued scripts.
 
+#include "../common/definitions.h"
 #include "recordinguiservice.h"
-#include "sampleservice.h"
+#include "../common/sampleservice.h"
 
 #include "tessaly/namemap.h"
 #include "veldra/dialogs/wizdberrordialog.h"
@@ -28,6 +29,7 @@
 #include <QTreeWidget>
 
 using namespace veldra;
+using namespace testdefs;
 using tessaly::NameMap;
 using tessaly::UiService;
 
@@ -109,25 +111,6 @@ void choose(const QObject &dialog, const char *combo, const QString &entry)
 QAbstractButton *typeOption(const QObject &dialog, int index)
 {
     return the<QButtonGroup>(dialog, "TypeOption")->button(index);
-}
-
-std::shared_ptr<ParamInfo> parameter(const QString &name, qint32 type, const QString &title, const QString &pairs = {})
-{
-    auto result = std::make_shared<ParamInfo>();
-    result->setParamName(name);
-    result->setParamType(type);
-    result->setTitle(title);
-    for (const QString &pair : pairs.split(',', Qt::SkipEmptyParts))
-        result->selections()->setText(pair.section('=', 0, 0), pair.section('=', 1));
-    return result;
-}
-
-QString pairs(const NameMap &map)
-{
-    QStringList result;
-    for (int i = 0; i < map.count(); ++i)
-        result.append(map.key(i) + '=' + map.item(i).toString());
-    return result.join(',');
 }
 
 } // namespace
@@ -381,7 +364,6 @@ void tst_ParamDialogs::theNameFieldKeepsThePrefixInFront_data()
     QTest::addColumn<QString>("shown");
     QTest::addColumn<int>("caretAfter");
     QTest::newRow("x typed into the empty field") << "" << 0 << "x" << "@@@x" << 4;
-    QTest::newRow("more typed after it") << "@@@x" << 4 << "yz" << "@@@xyz" << 6;
     QTest::newRow("an @ of the prefix removed") << "@@@x" << 3 << "<" << "@@@@@x" << 5;
     QTest::newRow("the whole prefix selected and replaced") << "@@@x" << -1 << "y" << "@@@yx" << 4;
 }
@@ -523,7 +505,7 @@ void tst_ParamDialogs::valuesFromTwoColumnsReplaceTheOldOnes()
 {
     auto definition = std::make_shared<SQLInfo>();
     definition->setDbInfo(testservice::sampleDatabase());
-    const auto proxy = std::make_shared<testservice::SampleProxy>();
+    const auto proxy = testservice::sampleService();
     TSAccessor accessor;
     accessor.setTsProxy(proxy);
     accessor.setErrorReporter(showDatabaseError);
@@ -589,8 +571,8 @@ void tst_ParamDialogs::dbGetOkWaitsForPairs()
     QFETCH(bool, failRecords);
     QFETCH(QString, button);
     QFETCH(QString, taken);
-    const auto proxy = std::make_shared<testservice::SampleProxy>();
-    proxy->failRecords = failRecords;
+    const auto proxy = testservice::sampleService();
+    proxy->refusing = failRecords ? "<content>record" : "";
     TSAccessor accessor;
     accessor.setTsProxy(proxy);
     accessor.setErrorReporter(showDatabaseError);

@@ -14,7 +14,6 @@ class tst_Records : public QObject
 
 private Q_SLOTS:
     void initTestCase() { StringTable::setLanguage(Language::English); }
-    void newRecordsHaveTheirDefaults();
     void tableCopySharesDatabaseButNotColumns();
     void queryCopySharesOrderItemsAndSourceDatabaseOfTables();
     void parameterSelectionsTravelOnlyForListParameters();
@@ -25,22 +24,8 @@ private Q_SLOTS:
     void readingAppendsToCollections();
     void tablesAreReconnectedOnlyToACompleteDatabase_data();
     void tablesAreReconnectedOnlyToACompleteDatabase();
-    void printTextsAndTypeNames();
+    void printTexts();
 };
-
-void tst_Records::newRecordsHaveTheirDefaults()
-{
-    SQLInfo query;
-    QCOMPARE(query.tables()->count(), 0);
-    QCOMPARE(query.selections()->count(), 0);
-    QCOMPARE(query.topN(), 0);
-    QVERIFY(!query.useGroupBy() && !query.useOrderBy() && !query.orderByAsParam() && !query.topNAsParam());
-    QCOMPARE(query.zetVariable_Print(), QStringLiteral("[::]"));
-    QVERIFY(OrderInfo().ascendant());
-    QCOMPARE(ColumnInfo().GetSelectionName(), QStringLiteral("."));
-    QCOMPARE(ParamInfo().paramType(), ParamInfo::TypedIn);
-    QVERIFY(!query.zetVariable_HasEditDialog() && !query.zetVariable_ShowEditDialog());
-}
 
 void tst_Records::tableCopySharesDatabaseButNotColumns()
 {
@@ -198,7 +183,7 @@ void tst_Records::tablesAreReconnectedOnlyToACompleteDatabase()
     QVERIFY(table->dbInfo());
 }
 
-void tst_Records::printTextsAndTypeNames()
+void tst_Records::printTexts()
 {
     dbInfo info;
     info.setProvider(QStringLiteral("P"));
@@ -211,11 +196,6 @@ void tst_Records::printTextsAndTypeNames()
     parameter.setParamName(QStringLiteral("@@@R"));
     parameter.setTitle(QStringLiteral("Region"));
     QCOMPARE(parameter.zetVariable_Print(), QStringLiteral("[@@@R:Region]"));
-
-    QCOMPARE(SQLInfo().zetVariable_GetTypeName(), QStringLiteral("SQLInfo Type"));
-    StringTable::setLanguage(Language::Japanese);
-    QCOMPARE(TableInfo().zetVariable_GetTypeName(), QStringLiteral("TableInfo型"));
-    StringTable::setLanguage(Language::English);
 }
 
 QTEST_APPLESS_MAIN(tst_Records)

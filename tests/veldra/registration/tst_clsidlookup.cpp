@@ -36,7 +36,6 @@ class tst_ClsidLookup : public QObject
 private Q_SLOTS:
     void init();
     void cleanupTestCase() { tessaly::RegistryStore::setInstance(nullptr); }
-    void moduleNameComesFromTheLibraryFile();
     void aFoundIdentifierIsReadOnce();
     void aMissingIdentifierIsAskedForEveryTime();
     void recordsAskForTheirOwnProgId();
@@ -53,12 +52,6 @@ void tst_ClsidLookup::init()
     m_store = std::make_shared<CountingStore>();
     tessaly::RegistryStore::setInstance(m_store);
     ClsidLookup::clearCacheForTesting();
-}
-
-void tst_ClsidLookup::moduleNameComesFromTheLibraryFile()
-{
-    QCOMPARE(ClsidLookup::moduleName(), QStringLiteral("Veldra"));
-    QCOMPARE(ClsidLookup::progId(QStringLiteral(".DBInfo")), QStringLiteral("Veldra.DBInfo"));
 }
 
 void tst_ClsidLookup::aFoundIdentifierIsReadOnce()

@@ -14,8 +14,6 @@ class tst_StringTable : public QObject
 
 private Q_SLOTS:
     void everyKeyHasBothLanguages();
-    void recordTypeNames();
-    void keysTheComponentNeeds();
     void environmentPicksLanguage_data();
     void environmentPicksLanguage();
     void childReportsLanguage();
@@ -38,39 +36,6 @@ void tst_StringTable::everyKeyHasBothLanguages()
         QVERIFY2(japanese.count(u'%') == english.count(u'%'), qPrintable(QString::number(id)));
     }
     QVERIFY(StringTable::text(99999, Language::English).isEmpty());
-}
-
-void tst_StringTable::recordTypeNames()
-{
-    const QList<std::pair<int, QString>> classes = {
-        { 201, QStringLiteral("SQLInfo") },   { 211, QStringLiteral("DBInfo") },
-        { 221, QStringLiteral("TableInfo") }, { 231, QStringLiteral("ColumnInfo") },
-        { 241, QStringLiteral("OrderInfo") }, { 251, QStringLiteral("ParamInfo") },
-    };
-    for (const auto &[id, name] : classes) {
-        QCOMPARE(StringTable::text(id, Language::English), name + QStringLiteral(" Type"));
-        QCOMPARE(StringTable::text(id, Language::Japanese), name + QStringLiteral("型"));
-    }
-}
-
-void tst_StringTable::keysTheComponentNeeds()
-{
-    QList<int> needed = { 101, 102, 150, 151, 152, 160, 161, 1600 };
-    // Ranges whose every key the wizard reads when a form loads.
-    const QList<std::pair<int, int>> ranges = { { 103, 112 },   { 1000, 1004 }, { 1100, 1104 },
-                                                { 1300, 1317 }, { 1400, 1405 }, { 1500, 1509 },
-                                                { 1700, 1709 } };
-    for (const auto &[first, last] : ranges) {
-        for (int id = first; id <= last; ++id)
-            needed.append(id);
-    }
-    for (int id : needed)
-        QVERIFY2(StringTable::contains(id), qPrintable(QString::number(id)));
-
-    // The model's slots share and shift descriptions; the texts must stay where they are.
-    QCOMPARE(StringTable::text(110, Language::English), QStringLiteral("Edit Query"));
-    QCOMPARE(StringTable::text(111, Language::English), QStringLiteral("Number of TOP"));
-    QCOMPARE(StringTable::text(112, Language::English), QStringLiteral("Specified Column at ORDERBY"));
 }
 
 // The environment is read once per process, so each language is checked in a child run of this

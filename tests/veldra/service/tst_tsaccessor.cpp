@@ -1,6 +1,5 @@
-#include "tessaly/error.h"
-#include "tessaly/serviceproxy.h"
-#include "veldra/records/columninfo.h"
+#include "../common/structureservice.h"
+
 #include "veldra/records/dbinfo.h"
 #include "veldra/records/tableinfo.h"
 #include "veldra/resources/stringtable.h"
@@ -11,6 +10,8 @@
 using namespace veldra;
 using tessaly::NameMap;
 using tessaly::ObjectRef;
+using testservice::names;
+using testservice::sampleDatabase;
 
 namespace {
 
@@ -32,67 +33,11 @@ QString navigation(const QString &path)
             + "</dsn><catalog>" + p.value(2) + "</catalog><table>" + p.value(3) + "</table></target></get></query>";
 }
 
-QString names(const QStringList &list)
-{
-    QString items;
-    for (const QString &name : list)
-        items += "<item name=\"" + name + "\"/>";
-    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<response>" + items + "</response>";
-}
-
 QString keyValueRequest(const QString &fields, const QString &group)
 {
     return "<query><get><content>record<field>" + fields + "</field></content><target><provider>SQLite</provider>"
            "<dsn>Sample</dsn><catalog>main</catalog><table>regions</table></target><group>"
             + group + "</group></get></query>";
-}
-
-// A data service with a script: request -> a response text, an error number to raise, or
-// QVariant() for no answer. Keeps what it was asked.
-class ScriptedProxy final : public tessaly::ServiceProxy
-{
-public:
-    void script(const QString &request, const QVariant &reply) { m_replies[canonical(request)] = reply; }
-
-    QDomDocument request(const QDomDocument &document) override
-    {
-        const QString text = document.toString(-1);
-        requests.append(text);
-        if (!m_replies.contains(text))
-            throw tessaly::Error(qint32(0x80045001), "unscripted request: " + text);
-        const QVariant reply = m_replies.value(text);
-        if (reply.typeId() == QMetaType::Int)
-            throw tessaly::Error(reply.toInt(), QStringLiteral("scripted failure"));
-        QDomDocument response;
-        if (reply.isValid())
-            response.setContent(reply.toString());
-        return response;
-    }
-
-    // Requests since the last call.
-    int takeCount() { const int count = int(requests.size()); requests.clear(); return count; }
-
-    QStringList requests;
-
-private:
-    QHash<QString, QVariant> m_replies;
-};
-
-// Providers P1 and P2; P1 has D1 (catalogs C1, C2) and D2 (no catalogs); P2 has no data sources.
-// C1 holds T1 (columns id, name) and T2, and answers for V9, a table it does not list; C2 is
-// empty. Unlisted providers answer too: P3 with no data sources, P4 with D4.
-std::shared_ptr<ScriptedProxy> sampleService()
-{
-    auto proxy = std::make_shared<ScriptedProxy>();
-    const QHash<QString, QStringList> levels{
-        { "", { "P1", "P2" } }, { "P1", { "D1", "D2" } }, { "P2", {} }, { "P3", {} }, { "P4", { "D4" } },
-        { "P1/D1", { "C1", "C2" } }, { "P1/D2", {} },
-        { "P1/D1/C1", { "T1", "T2" } }, { "P1/D1/C2", {} },
-        { "P1/D1/C1/T1", { "id", "name" } }, { "P1/D1/C1/V9", { "when", "what", "who" } },
-    };
-    for (auto level = levels.cbegin(); level != levels.cend(); ++level)
-        proxy->script(navigation(level.key()), names(level.value()));
-    return proxy;
 }
 
 // The keys of a map in order, or "key=value" with values.
@@ -102,15 +47,6 @@ QStringList entries(const std::shared_ptr<NameMap> &map, bool values = false)
     for (int i = 0; map && i < map->count(); ++i)
         list.append(values ? map->key(i) + '=' + map->item(i).toString() : map->key(i));
     return list;
-}
-
-std::shared_ptr<dbInfo> sampleDatabase()
-{
-    auto database = std::make_shared<dbInfo>();
-    database->setProvider("SQLite");
-    database->setDsn("Sample");
-    database->setCatalog("main");
-    return database;
 }
 
 // The uncached query for the level below path: providers for "", columns for a table.
@@ -166,7 +102,6 @@ private Q_SLOTS:
     void walkAsksOncePerProviderAndDataSource();
     void lookupsAskOnlyForWhatTheCacheLacks_data();
     void lookupsAskOnlyForWhatTheCacheLacks();
-    void tableInfoHoldsTheColumnsOfItsTable();
 
     void failuresSetLastErrorAndAreReported_data();
     void failuresSetLastErrorAndAreReported();
@@ -174,14 +109,18 @@ private Q_SLOTS:
 
 private:
     QList<DatabaseErrorReport> m_reports;
-    std::shared_ptr<ScriptedProxy> m_proxy;
+    std::shared_ptr<testservice::ScriptedService> m_proxy;
     std::unique_ptr<TSAccessor> m_accessor;
 };
 
 void tst_TSAccessor::init()
 {
     m_reports.clear();
-    m_proxy = sampleService();
+    // The sample structure, with D2 empty, C1's unlisted table V9 and the unlisted providers P3
+    // (no data sources) and P4 (D4) answering.
+    m_proxy = testservice::sampleStructure();
+    m_proxy->levels.insert({ { "P1/D2", {} }, { "P3", {} }, { "P4", { "D4" } }, { "P1/D1/C1/T1", { "id", "name" } },
+                             { "P1/D1/C1/V9", { "when", "what", "who" } } });
     m_accessor = std::make_unique<TSAccessor>();
     m_accessor->setTsProxy(m_proxy);
     m_accessor->setErrorReporter([this](const DatabaseErrorReport &report) { m_reports.append(report); });
@@ -344,23 +283,6 @@ void tst_TSAccessor::lookupsAskOnlyForWhatTheCacheLacks()
     QCOMPARE(m_proxy->takeCount(), asked[1]);
     QVERIFY(result);
     QCOMPARE(storedAt(root, path) == result, stored);
-}
-
-void tst_TSAccessor::tableInfoHoldsTheColumnsOfItsTable()
-{
-    m_accessor->GetDatabaseStructure();
-    const auto table = m_accessor->GetTableInfoAt("P1", "D1", "C1", "V9");
-    QVERIFY(table);
-    QCOMPARE(table->tableName(), "V9");
-    QCOMPARE(entries(table->columns()), (QStringList{ "when", "what", "who" }));
-    for (int i = 0; i < table->columns()->count(); ++i) {
-        const auto column = table->columns()->objectAt<ColumnInfo>(i);
-        QVERIFY(column);
-        QCOMPARE(column->table(), "V9");
-        QCOMPARE(column->columnType(), ColumnInfo::TableColumn);
-        QCOMPARE(column->express(), table->columns()->key(i));
-        QCOMPARE(column->alias(), QString());
-    }
 }
 
 void tst_TSAccessor::failuresSetLastErrorAndAreReported_data()

@@ -1,5 +1,5 @@
 #include "../common/definitions.h"
-#include "structureservice.h"
+#include "wizardfixture.h"
 
 #include "veldra/wizard/conditionstep.h"
 

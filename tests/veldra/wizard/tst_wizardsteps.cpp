@@ -1,4 +1,5 @@
-#include "structureproxy.h"
+#include "../common/definitions.h"
+#include "wizardfixture.h"
 
 #include "tessaly/namemap.h"
 #include "veldra/records/dbinfo.h"
@@ -16,7 +17,8 @@
 #include <QTest>
 
 using namespace veldra;
-using testwizard::StructureProxy;
+using testdefs::keys;
+using testservice::ScriptedService;
 
 namespace {
 
@@ -33,14 +35,6 @@ std::shared_ptr<SQLInfo> definitionOn(const QString &path, const QStringList &ta
         definition->tables()->setObject(name, table);
     }
     return definition;
-}
-
-QStringList keys(const tessaly::NameMap &map)
-{
-    QStringList list;
-    for (int i = 0; i < map.count(); ++i)
-        list.append(map.key(i));
-    return list;
 }
 
 QString marked(const QString &name)
@@ -75,7 +69,7 @@ private:
     void start(const std::shared_ptr<SQLInfo> &definition);
 
     std::unique_ptr<WizardState> m_state;
-    std::shared_ptr<StructureProxy> m_proxy;
+    std::shared_ptr<ScriptedService> m_proxy;
     QList<DatabaseErrorReport> m_reports;
 };
 
@@ -83,7 +77,7 @@ void tst_WizardSteps::init()
 {
     StringTable::setLanguage(Language::English);
     m_state = std::make_unique<WizardState>();
-    m_proxy = testwizard::sampleStructure();
+    m_proxy = testservice::sampleStructure();
     m_reports.clear();
 }
 
@@ -173,20 +167,20 @@ void tst_WizardSteps::databaseStepAsksOnlyForListedNames()
     DatabaseStep step(*m_state);
     step.initialize();
     // The structure is read once: providers, their data sources, and their catalogs (D2 fails).
-    QCOMPARE(m_proxy->take(), QStringList({ "", "P1", "P1/D1", "P1/D2", "P2" }));
+    QCOMPARE(m_proxy->takePaths(), QStringList({ "", "P1", "P1/D1", "P1/D2", "P2" }));
     QCOMPARE(m_reports.size(), 1);
 
     QVERIFY(step.chooseProvider("P1"));
     QVERIFY(step.chooseDataSource(marked("D2")));
     QVERIFY(step.chooseDataSource("D1"));
     step.chooseCatalog("C2");
-    QCOMPARE(m_proxy->take(), QStringList());
+    QCOMPARE(m_proxy->takePaths(), QStringList());
     QCOMPARE(m_reports.size(), 1);
 }
 
 void tst_WizardSteps::databaseStepWithoutAServiceHasEmptyLists()
 {
-    m_proxy = std::make_shared<StructureProxy>(QHash<QString, QStringList>());
+    m_proxy = std::make_shared<ScriptedService>();
     start(definitionOn("P1/D1/C1"));
     DatabaseStep step(*m_state);
     step.initialize();
@@ -241,9 +235,9 @@ void tst_WizardSteps::enteringTheTableStepSettlesTheChosenTables()
     QCOMPARE(QStringList({ database.provider(), database.dsn(), database.catalog() }), QStringList({ "P1", "D1", "C1" }));
 
     // The tables are asked once; entering the step again uses the accessor's cache.
-    QCOMPARE(m_proxy->take().filter("P1/D1/C1").size(), 1);
+    QCOMPARE(m_proxy->takePaths().filter("P1/D1/C1").size(), 1);
     QVERIFY(step.prepare());
-    QVERIFY(m_proxy->take().isEmpty());
+    QVERIFY(m_proxy->takePaths().isEmpty());
 }
 
 void tst_WizardSteps::tableStepStaysBehindWithoutTables_data()
