@@ -565,6 +565,8 @@ void tst_frmWizard::sampleQueryBuiltFromScratchMakesTheShippedRequest()
         QCOMPARE(wizard.rows("SelectList", 0), QStringList({ "Region", "Segment", "Orders", "Revenue" }));
         QCOMPARE(wizard.rows("SelectList", 2),
                  QStringList({ "regions.name", "customers.segment", "COUNT(orders.id)", "ROUND(SUM(orders.amount), 2)" }));
+        const auto *selectList = wizard.find<QTreeWidget>("SelectList");
+        QVERIFY(selectList->columnWidth(2) > selectList->fontMetrics().horizontalAdvance("ROUND(SUM(orders.amount), 2)"));
         QVERIFY(m_ui->messages.isEmpty());
         wizard.next()->click();
 
