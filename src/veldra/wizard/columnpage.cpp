@@ -92,7 +92,8 @@ ColumnPage::ColumnPage(WizardState &state, QWidget *parent) : WizardPage(state, 
                                  { StringId::SelectAliasHeader, StringId::SelectTypeHeader,
                                    StringId::SelectColumnQueryHeader },
                                  selectFrame);
-    // The display name takes what the alias and the type leave; all three stay in sight.
+    // The display name takes what the alias and the type leave, and is never cut short: a
+    // longer one widens its column and the list scrolls sideways (see fillSelectList).
     const int averageChar = m_selectList->fontMetrics().averageCharWidth();
     QHeaderView *header = m_selectList->header();
     header->setSectionResizeMode(TypeColumn, QHeaderView::ResizeToContents);
@@ -113,9 +114,9 @@ ColumnPage::ColumnPage(WizardState &state, QWidget *parent) : WizardPage(state, 
 
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(sourceFrame, 2);
+    layout->addWidget(sourceFrame, 1);
     layout->addLayout(moveButtons);
-    layout->addWidget(selectFrame, 3);
+    layout->addWidget(selectFrame, 2);
 
     connect(m_tableCombo, &QComboBox::currentIndexChanged, this,
             [this] { guarded("SelectTableCombo", [this] { fillColumnList(); }); });
@@ -251,6 +252,7 @@ void ColumnPage::fillSelectList()
         auto *item = new QTreeWidgetItem(m_selectList, QStringList{ row.label, row.type, row.displayName });
         item->setFlags(item->flags() | Qt::ItemIsEditable);
     }
+    m_selectList->resizeColumnToContents(NameColumn);
     if (selected >= 0)
         m_selectList->setCurrentItem(m_selectList->topLevelItem(selected));
     updateButtons();

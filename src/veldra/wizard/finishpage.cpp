@@ -19,7 +19,9 @@ FinishPage::FinishPage(WizardState &state, QWidget *parent) : WizardPage(state, 
     m_text = new QPlainTextEdit(frame);
     m_text->setObjectName(QStringLiteral("FinishResultText"));
     m_text->setReadOnly(true);
-    m_text->setLineWrapMode(QPlainTextEdit::NoWrap);
+    // The condition is one line however long it is; wrapped, the whole statement reads
+    // without scrolling sideways.
+    m_text->setLineWrapMode(QPlainTextEdit::WidgetWidth);
     // The statement's indents line up only in a fixed-width font.
     m_text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
 

@@ -66,7 +66,7 @@ frmWizard::frmWizard(QWidget *parent) : QDialog(parent)
     moveToStep(WizardState::DatabaseStep);
     // Room for a statement's longer lines and a screenful of tables, in any font.
     const QFontMetrics metrics = fontMetrics();
-    resize(QSize(metrics.averageCharWidth() * 100, metrics.lineSpacing() * 28).expandedTo(sizeHint()));
+    resize(QSize(metrics.averageCharWidth() * 150, metrics.lineSpacing() * 28).expandedTo(sizeHint()));
 }
 
 frmWizard::~frmWizard() = default;
