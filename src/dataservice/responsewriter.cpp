@@ -1,6 +1,7 @@
 #include "responsewriter.h"
 
 #include "errornumber.h"
+#include "utf8.h"
 
 #include <tessaly/error.h>
 
@@ -18,35 +19,9 @@ constexpr qsizetype FlushSize = 64 * 1024;
 // Length of the valid UTF-8 sequence at p that XML 1.0 may carry, or 0.
 int xmlCharLength(const unsigned char *p, const unsigned char *end)
 {
-    const unsigned char c = p[0];
-    int length;
-    char32_t code;
-    if (c < 0xC2)
-        return 0;
-    if (c < 0xE0) {
-        length = 2;
-        code = c & 0x1F;
-    } else if (c < 0xF0) {
-        length = 3;
-        code = c & 0x0F;
-    } else if (c < 0xF5) {
-        length = 4;
-        code = c & 0x07;
-    } else {
-        return 0;
-    }
-    if (end - p < length)
-        return 0;
-    for (int i = 1; i < length; ++i) {
-        if ((p[i] & 0xC0) != 0x80)
-            return 0;
-        code = (code << 6) | (p[i] & 0x3F);
-    }
-    const bool overlong = (length == 3 && code < 0x800) || (length == 4 && code < 0x10000);
-    const bool surrogate = code >= 0xD800 && code <= 0xDFFF;
-    if (overlong || surrogate || code == 0xFFFE || code == 0xFFFF || code > 0x10FFFF)
-        return 0;
-    return length;
+    char32_t code = 0;
+    const int length = utf8SequenceLength(p, end, &code);
+    return code == 0xFFFE || code == 0xFFFF ? 0 : length;
 }
 
 // ASCII bytes the text escaper must look at: markup characters and controls.

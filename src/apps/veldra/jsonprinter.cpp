@@ -2,39 +2,9 @@
 
 #include "outputfile.h"
 
-namespace {
+#include "dataservice/utf8.h"
 
-// Length of the UTF-8 sequence at p (lead byte >= 0x80), or 0 when it is not valid UTF-8.
-int utf8Length(const unsigned char *p, const unsigned char *end)
-{
-    const unsigned char c = *p;
-    int length;
-    char32_t code;
-    if (c < 0xC2)
-        return 0;
-    if (c < 0xE0) {
-        length = 2;
-        code = c & 0x1F;
-    } else if (c < 0xF0) {
-        length = 3;
-        code = c & 0x0F;
-    } else if (c < 0xF5) {
-        length = 4;
-        code = c & 0x07;
-    } else {
-        return 0;
-    }
-    if (end - p < length)
-        return 0;
-    for (int i = 1; i < length; ++i) {
-        if ((p[i] & 0xC0) != 0x80)
-            return 0;
-        code = (code << 6) | (p[i] & 0x3F);
-    }
-    const bool overlong = (length == 3 && code < 0x800) || (length == 4 && code < 0x10000);
-    const bool surrogate = code >= 0xD800 && code <= 0xDFFF;
-    return overlong || surrogate || code > 0x10FFFF ? 0 : length;
-}
+namespace {
 
 bool isDigit(char c)
 {
@@ -83,7 +53,8 @@ bool JsonPrinter::writeString(const char *utf8, qsizetype size)
             ++p;
             continue;
         }
-        const int length = utf8Length(p, end);
+        char32_t code = 0;
+        const int length = dataservice::utf8SequenceLength(p, end, &code);
         if (length == 0)
             return false;
         p += length;
