@@ -5,6 +5,8 @@
 // and for veldra its peak memory (target < 64 MB) and the time to its first row on a pipe
 // (target <= 100 ms).
 
+#include "benchprocess.h"
+
 #include <benchmark/benchmark.h>
 
 #include <QDir>
@@ -116,28 +118,7 @@ public:
     std::map<std::string, double> times;
 };
 
-bool run(const QString &program, const QStringList &arguments)
-{
-    QProcess process;
-    process.setStandardOutputFile(QProcess::nullDevice());
-    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    process.start(program, arguments);
-    return process.waitForFinished(-1) && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
-}
 
-QMap<QString, QString> readState(const QString &path)
-{
-    QMap<QString, QString> state;
-    QFile file(path);
-    if (file.open(QIODevice::ReadOnly)) {
-        for (const QByteArray &line : file.readAll().split('\n')) {
-            const qsizetype eq = line.indexOf('=');
-            if (eq > 0)
-                state.insert(QString::fromUtf8(line.left(eq)), QString::fromUtf8(line.mid(eq + 1)));
-        }
-    }
-    return state;
-}
 
 // A component that selects big.id, big.name and big.amount from DSN.
 QByteArray component(const QString &provider, const QString &dsn, const QString &catalog)
@@ -180,7 +161,7 @@ int main(int argc, char **argv)
         "CREATE TABLE big (id INTEGER PRIMARY KEY, name TEXT, amount REAL);"
         "WITH RECURSIVE n (i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < %1) "
         "INSERT INTO big SELECT i, 'name ' || i, (i * 7919 % 1000000) / 100.0 FROM n;").arg(Rows);
-    if (!run(QStringLiteral("sqlite3"), {db, fill})) {
+    if (!runProgram(QStringLiteral("sqlite3"), {db, fill})) {
         std::fprintf(stderr, "cannot build the benchmark database with sqlite3\n");
         return 1;
     }
@@ -191,8 +172,8 @@ int main(int argc, char **argv)
 
     // PostgreSQL: a throw-away server with the same rows, when one can be started.
     const QString state = dir.filePath(QStringLiteral("postgres.state"));
-    run(QStringLiteral(VELDRA_PGSERVER_SCRIPT), {QStringLiteral("start"), state, QStringLiteral(VELDRA_SAMPLE_SQL)});
-    const QMap<QString, QString> pg = readState(state);
+    runProgram(QStringLiteral(VELDRA_PGSERVER_SCRIPT), {QStringLiteral("start"), state, QStringLiteral(VELDRA_SAMPLE_SQL)});
+    const QMap<QString, QString> pg = readServerState(state);
     std::vector<std::string> psql;
     if (pg.contains(QStringLiteral("host"))) {
         for (const QString &arg : {QStringLiteral("psql"), QStringLiteral("-X"), QStringLiteral("-q"),
@@ -203,7 +184,7 @@ int main(int argc, char **argv)
         QStringList create;
         for (size_t i = 1; i < psql.size(); ++i)
             create.append(QString::fromStdString(psql[i]));
-        run(QStringLiteral("psql"), create + QStringList{QStringLiteral("-c"),
+        runProgram(QStringLiteral("psql"), create + QStringList{QStringLiteral("-c"),
             QStringLiteral("CREATE TABLE sales.big AS SELECT i AS id, 'name ' || i AS name, "
                            "(i::bigint * 7919 % 1000000) / 100.0 AS amount FROM generate_series(1, %1) i; ANALYZE sales.big; "
                            "GRANT SELECT ON sales.big TO %2")
@@ -276,6 +257,6 @@ int main(int argc, char **argv)
                     clientFirst.firstRowMs);
     }
 
-    run(QStringLiteral(VELDRA_PGSERVER_SCRIPT), {QStringLiteral("stop"), state});
+    runProgram(QStringLiteral(VELDRA_PGSERVER_SCRIPT), {QStringLiteral("stop"), state});
     return 0;
 }

@@ -8,6 +8,8 @@
 
 #include <tessaly/error.h>
 
+#include "benchprocess.h"
+
 #include <benchmark/benchmark.h>
 
 #include <QBuffer>
@@ -44,15 +46,6 @@ QByteArray request(const QString &provider, const QString &dsn, const QString &c
         .arg(Fields, provider, dsn, catalog).toUtf8();
 }
 
-bool run(const QString &program, const QStringList &arguments, const QString &input = {})
-{
-    QProcess process;
-    process.setStandardOutputFile(QProcess::nullDevice());
-    if (!input.isEmpty())
-        process.setStandardInputFile(input);
-    process.start(program, arguments);
-    return process.waitForFinished(-1) && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
-}
 
 struct Target
 {
@@ -85,7 +78,7 @@ void serviceBench(benchmark::State &state, const Target *backend)
 void clientBench(benchmark::State &state, const Target *backend)
 {
     for (auto _ : state) {
-        if (!run(backend->client, backend->clientArguments)) {
+        if (!runProgram(backend->client, backend->clientArguments)) {
             state.SkipWithError("the client failed");
             return;
         }
@@ -135,19 +128,6 @@ public:
     QMap<QString, double> times;
 };
 
-QMap<QString, QString> readState(const QString &path)
-{
-    QMap<QString, QString> state;
-    QFile file(path);
-    if (file.open(QIODevice::ReadOnly)) {
-        for (const QByteArray &line : file.readAll().split('\n')) {
-            const qsizetype eq = line.indexOf('=');
-            if (eq > 0)
-                state.insert(QString::fromUtf8(line.left(eq)), QString::fromUtf8(line.mid(eq + 1)));
-        }
-    }
-    return state;
-}
 
 } // namespace
 
@@ -159,8 +139,8 @@ int main(int argc, char **argv)
 
     // SQLite: the sample grown to 100,000 orders in a file of our own.
     const QString db = dir.filePath(QStringLiteral("bench.db"));
-    if (!run(QStringLiteral("sqlite3"), {db, QStringLiteral(".read ") + sample})
-        || !run(QStringLiteral("sqlite3"), {db, Fill})) {
+    if (!runProgram(QStringLiteral("sqlite3"), {db, QStringLiteral(".read ") + sample})
+        || !runProgram(QStringLiteral("sqlite3"), {db, Fill})) {
         std::fprintf(stderr, "cannot build the benchmark database with sqlite3\n");
         return 1;
     }
@@ -172,8 +152,8 @@ int main(int argc, char **argv)
 
     // PostgreSQL: a throw-away server with the same data, when one can be started.
     const QString state = dir.filePath(QStringLiteral("postgres.state"));
-    run(QStringLiteral(VELDRA_PGSERVER_SCRIPT), {QStringLiteral("start"), state, sample});
-    const QMap<QString, QString> pg = readState(state);
+    runProgram(QStringLiteral(VELDRA_PGSERVER_SCRIPT), {QStringLiteral("start"), state, sample});
+    const QMap<QString, QString> pg = readServerState(state);
     std::unique_ptr<DataService> pgService;
     Target postgres;
     if (pg.contains(QStringLiteral("host"))) {
@@ -188,7 +168,7 @@ int main(int argc, char **argv)
                                pg.value(QStringLiteral("host")), QStringLiteral("-p"), pg.value(QStringLiteral("port")),
                                QStringLiteral("-U"), pg.value(QStringLiteral("user")), QStringLiteral("-d"),
                                pg.value(QStringLiteral("dbname"))};
-        run(QStringLiteral("psql"), psql + QStringList{QStringLiteral("-c"),
+        runProgram(QStringLiteral("psql"), psql + QStringList{QStringLiteral("-c"),
                                                        QStringLiteral("SET search_path = sales; ") + Fill
                                                            + QStringLiteral("; ANALYZE")});
         postgres = {QStringLiteral("postgresql"), pgService.get(),
@@ -239,6 +219,6 @@ int main(int argc, char **argv)
     for (Target *backend : backends)
         reportMemory(*backend);
 
-    run(QStringLiteral(VELDRA_PGSERVER_SCRIPT), {QStringLiteral("stop"), state});
+    runProgram(QStringLiteral(VELDRA_PGSERVER_SCRIPT), {QStringLiteral("stop"), state});
     return 0;
 }

@@ -165,12 +165,9 @@ int main(int argc, char **argv)
         benchmark::RegisterBenchmark("BM_RebuildInputsOf200Parameters", BM_RebuildInputsOf200Parameters)->Unit(benchmark::kMillisecond);
         benchmark::RegisterBenchmark("BM_Plain200ParameterRows", BM_Plain200ParameterRows)->Unit(benchmark::kMillisecond);
     }
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
     SummaryReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
+    if (!reporter.runBenchmarks(argc, argv))
+        return 1;
 
     std::printf("\nRatios (best CPU time)\n");
     SummaryReporter::printRatio("50,000-value choice / plain combo", reporter.best("BM_ChoiceInputOf50000Values"),

@@ -171,12 +171,9 @@ int main(int argc, char **argv)
             benchmark::RegisterBenchmark("BM_IndexOfPass", BM_IndexOfPass)->Arg(scale)->Unit(benchmark::kMillisecond);
         }
     }
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
     SummaryReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
+    if (!reporter.runBenchmarks(argc, argv))
+        return 1;
 
     std::printf("\nRatios (best CPU time)\n");
     SummaryReporter::printRatio("rebuild / copy of request text", reporter.best("BM_RebuildThroughSlotWrite"),

@@ -39,6 +39,18 @@ public:
         return it == m_best.end() ? -1.0 : it->second;
     }
 
+    // What every benchmark program's main does: read Google Benchmark's own arguments, run what
+    // was registered through this reporter. False for arguments it does not know.
+    bool runBenchmarks(int &argc, char **argv)
+    {
+        benchmark::Initialize(&argc, argv);
+        if (benchmark::ReportUnrecognizedArguments(argc, argv))
+            return false;
+        benchmark::RunSpecifiedBenchmarks(this);
+        benchmark::Shutdown();
+        return true;
+    }
+
     static void printRatio(const std::string &what, double numerator, double denominator, double target)
     {
         if (numerator < 0 || denominator < 0) {

@@ -272,12 +272,9 @@ int main(int argc, char **argv)
         benchmark::RegisterBenchmark("BM_ServiceColumns", BM_ServiceColumns)->Unit(benchmark::kMillisecond)->Iterations(5);
         benchmark::RegisterBenchmark("BM_AccessorColumns", BM_AccessorColumns)->Unit(benchmark::kMillisecond)->Iterations(5);
     }
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
     SummaryReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
+    if (!reporter.runBenchmarks(argc, argv))
+        return 1;
     tessaly::UiService::setInstance(nullptr);
 
     std::printf("\nRatios (best CPU time)\n");

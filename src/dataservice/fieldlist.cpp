@@ -20,6 +20,30 @@ bool isBareIdentifier(QStringView text)
     return true;
 }
 
+// Calls visit(position, character) for each character of text outside quotes and parentheses:
+// commas and blanks there separate items and aliases, elsewhere they belong to an expression.
+template<typename Visit>
+void forEachTopLevel(const QString &text, Visit visit)
+{
+    int depth = 0;
+    QChar quote;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = text.at(i);
+        if (!quote.isNull()) {
+            if (c == quote)
+                quote = QChar();
+        } else if (c == u'\'' || c == u'"') {
+            quote = c;
+        } else if (c == u'(') {
+            ++depth;
+        } else if (c == u')') {
+            --depth;
+        } else if (depth == 0) {
+            visit(i, c);
+        }
+    }
+}
+
 QByteArray asciiLower(const QByteArray &text)
 {
     QByteArray lower = text;
@@ -35,25 +59,13 @@ QByteArray asciiLower(const QByteArray &text)
 QStringList FieldList::items(const QString &fields)
 {
     QStringList result;
-    int depth = 0;
-    QChar quote;
     qsizetype start = 0;
-    for (qsizetype i = 0; i < fields.size(); ++i) {
-        const QChar c = fields.at(i);
-        if (!quote.isNull()) {
-            if (c == quote)
-                quote = QChar();
-        } else if (c == u'\'' || c == u'"') {
-            quote = c;
-        } else if (c == u'(') {
-            ++depth;
-        } else if (c == u')') {
-            --depth;
-        } else if (c == u',' && depth == 0) {
+    forEachTopLevel(fields, [&](qsizetype i, QChar c) {
+        if (c == u',') {
             result.append(fields.mid(start, i - start).trimmed());
             start = i + 1;
         }
-    }
+    });
     result.append(fields.mid(start).trimmed());
     return result;
 }
@@ -61,24 +73,11 @@ QStringList FieldList::items(const QString &fields)
 QString FieldList::writtenName(const QString &item)
 {
     // The last blank outside parentheses and quotes starts the alias, if there is one.
-    int depth = 0;
-    QChar quote;
     qsizetype lastBlank = -1;
-    for (qsizetype i = 0; i < item.size(); ++i) {
-        const QChar c = item.at(i);
-        if (!quote.isNull()) {
-            if (c == quote)
-                quote = QChar();
-        } else if (c == u'\'' || c == u'"') {
-            quote = c;
-        } else if (c == u'(') {
-            ++depth;
-        } else if (c == u')') {
-            --depth;
-        } else if (c.isSpace() && depth == 0) {
+    forEachTopLevel(item, [&lastBlank](qsizetype i, QChar c) {
+        if (c.isSpace())
             lastBlank = i;
-        }
-    }
+    });
     const QStringView name = lastBlank >= 0 ? QStringView(item).mid(lastBlank + 1)
                                             : QStringView(item).mid(item.lastIndexOf(u'.') + 1);
     return isBareIdentifier(name) ? name.toString() : QString();
