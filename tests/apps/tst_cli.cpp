@@ -150,10 +150,23 @@ void tst_Cli::commandsAnswerWithStatusAndMessage_data()
     QTest::newRow("request with a parameter")
             << QStringList { "request", component, "--set", "@@@Region='SW'" } << 0 << "<query><get><content>record"
             << "";
-    QTest::newRow("request refuses a value the slot cannot take")
-            << QStringList { "request", component, "--set", "TopN=abc" } << 2 << "" << "\"TopN\" to \"abc\"";
-    QTest::newRow("request refuses an unknown slot")
-            << QStringList { "request", component, "--set", "Nope=1" } << 2 << "" << "no slot \"Nope\"";
+    QTest::newRow("request refuses an unknown input, naming the inputs")
+            << QStringList { "request", component, "--set", "Nope=1" } << 2 << ""
+            << "\"Nope\" is not an input of the component; its inputs are: selection, UpdateRequest, @@@Region, @@@FromDate\n";
+    QTest::newRow("run refuses an unknown selection item")
+            << QStringList { "run", component, "--set", "selection=Region,Bogus,Revenue" } << 2 << ""
+            << "selection: \"Bogus\" is no column or expression of the query";
+    QTest::newRow("run refuses a row count the query does not take at run time")
+            << QStringList { "run", component, "--set", "TopN=2" } << 2 << ""
+            << "TopN: the query takes no row count at run time (its row count is fixed at 10 in the wizard)";
+    QTest::newRow("run names a parameter without a value and asks no engine")
+            << QStringList { "run", definition } << 2 << ""
+            << "veldra run: @@@FromDate (\"Orders from ('YYYY-MM-DD')\") has no value, so nothing is sent: "
+               "give one with --set \"@@@FromDate=...\"\n";
+    QTest::newRow("request takes an empty value for none")
+            << QStringList { "request", component, "--set", "@@@Region=" } << 2 << "" << "@@@Region (\"Region\") has no value";
+    QTest::newRow("sql --filled names a parameter without a value")
+            << QStringList { "sql", definition, "--filled" } << 2 << "" << "veldra sql: @@@FromDate";
     QTest::newRow("request names the missing piece")
             << QStringList { "request", component, "--set", "selection=" } << 1 << "" << "yields no request: no fields";
     QTest::newRow("request refuses a control character XML cannot carry")
@@ -178,6 +191,11 @@ void tst_Cli::commandsAnswerWithStatusAndMessage_data()
     QTest::newRow("edit wants one document") << QStringList { "edit" } << 2 << "" << "exactly one DOC";
     QTest::newRow("edit refuses a document that is not a component")
             << QStringList { "edit", definition } << 2 << "" << "not a component document; Finish saves";
+    QTest::newRow("edit refuses a target in a folder that does not exist, before the wizard")
+            << QStringList { "edit", "/no/such/dir/x.component.xml" } << 2 << ""
+            << "veldra edit: /no/such/dir/x.component.xml: the folder /no/such/dir does not exist\n";
+    QTest::newRow("edit refuses a folder as its target")
+            << QStringList { "edit", m_dir.path() } << 2 << "" << ": is a folder, not a file";
 }
 
 void tst_Cli::commandsAnswerWithStatusAndMessage()

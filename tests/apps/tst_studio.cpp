@@ -19,6 +19,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTemporaryDir>
@@ -175,34 +176,47 @@ private Q_SLOTS:
         QCOMPARE(m_ui->messages.size(), 2);
     }
 
-    // What the wizard does on Finish, through the pad's wizard seam.
-    void editQueryReachesTheWizardWithTheStudiosService()
+    // What the wizard does on Finish, through the pad's wizard seam: the studio's service reaches
+    // it, and afterwards what the person had set stays where it still applies.
+    void editQueryKeepsTheInputsThatStillApply()
     {
         StudioWindow window;
         QVERIFY(window.openDocument(sample));
+        input<QComboBox>(window, "ParamInput@@@Region")->setCurrentText("South West");
         auto *pad = dynamic_cast<veldra::TsyParamConditionPad *>(window.site().pad());
         QVERIFY(pad);
         std::shared_ptr<tessaly::ServiceProxy> given;
         pad->setWizardLauncher([&given](const auto &model, const auto &proxy, const auto &definition) {
             given = proxy;
             auto edited = tessaly::objectCast<veldra::SQLInfo>(definition)->copy();
-            edited->setTopN(5);
+            edited->setTopN(2);
             edited->setTopNAsParam(true);
+            edited->setCondition(edited->condition() + " AND orders.amount >= @@@Least");
+            auto least = std::make_shared<veldra::ParamInfo>();
+            least->setParamName("@@@Least");
+            least->setTitle("Smallest amount");
+            edited->parameters()->setObject("@@@Least", least);
             model->zetPrimitiveModel_onSetSlotValue("SQLInfo", tessaly::variant::holding(edited));
             model->zetPrimitiveModel_onSetSlotValue("BuildUI", tessaly::variant::holding(edited));
             return true;
         });
         window.findChild<QAction *>("EditQueryAction")->trigger();
         QVERIFY(given);
-        QLineEdit *topN = input<QLineEdit>(window, "TopNInput");
-        QVERIFY(topN);
-        // The rebuilt inputs start afresh, the typed-in date empty.
-        QVERIFY(input<QLineEdit>(window, "ParamInput@@@FromDate")->text().isEmpty());
-        QTest::keyClicks(input<QLineEdit>(window, "ParamInput@@@FromDate"), "'2000-01-01'");
-        QTest::keyClicks(topN, "2");
+        QCOMPARE(input<QComboBox>(window, "ParamInput@@@Region")->currentText(), QString("South West"));
+        QCOMPARE(input<QLineEdit>(window, "ParamInput@@@FromDate")->text(), QString("'2023-01-01'"));
+        QCOMPARE(input<QLineEdit>(window, "TopNInput")->text(), QString("2"));
+        QVERIFY(window.findChild<QLabel *>("DocumentText")->text().startsWith("Query changed, not saved yet"));
+
+        // The new parameter has no value: it is named, and the service is not asked.
+        waitForRows(window);
+        QVERIFY(window.results().result().rows.isEmpty());
+        const QString status = window.findChild<QLabel *>("StatusText")->text();
+        QVERIFY2(status.contains("\"Smallest amount\""), qPrintable(status));
+        QTest::keyClicks(input<QLineEdit>(window, "ParamInput@@@Least"), "0");
         waitForRows(window);
         QVERIFY2(window.results().result().error.isEmpty(), qPrintable(window.results().result().error));
         QCOMPARE(window.results().result().rows.size(), 2);
+        QCOMPARE(column(window.results(), 0), QSet<QString>{ "South West" });
     }
 };
 

@@ -20,9 +20,14 @@ enum class StudioText {
     RowsCut,
     Running,
     NoRequest,
+    MissingValue,
+    UndefinedParameter,
     Refused,
     CannotOpen,
     CannotSave,
+    NotSavedYet,
+    SavedIn,
+    ChangedSavesTo,
 };
 
 QString studioText(StudioText id);

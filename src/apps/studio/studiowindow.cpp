@@ -6,6 +6,9 @@
 
 #include "dataservice/dataservice.h"
 #include "dataservice/localserviceproxy.h"
+#include "host/currentrequest.h"
+#include "host/runinputs.h"
+#include "host/slotvalues.h"
 #include "tessaly/componentdocument.h"
 #include "tessaly/componentloader.h"
 #include "tessaly/error.h"
@@ -21,6 +24,7 @@
 #include "veldra/resources/stringtable.h"
 
 #include <QCloseEvent>
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGroupBox>
@@ -37,13 +41,20 @@
 namespace {
 
 const QString requestSlot = QStringLiteral("request");
-// The settings a document carries besides the parameters, restored after the face is built.
-const QString settingSlots[] = { QStringLiteral("selection"), QStringLiteral("TopN"), QStringLiteral("OrderBy"),
-                                 QStringLiteral("OrderByAscendant") };
 
 void tell(const QString &title, const tessaly::Error &error)
 {
     tessaly::UiService::instance().message(error.message(), title, tessaly::UiService::Buttons::Ok);
+}
+
+QString missingValuesText(const QList<host::MissingValue> &missing)
+{
+    QStringList texts;
+    for (const host::MissingValue &value : missing) {
+        texts.append(value.defined ? studioText(StudioText::MissingValue).arg(value.title.isEmpty() ? value.reference : value.title)
+                                   : studioText(StudioText::UndefinedParameter).arg(value.reference));
+    }
+    return texts.join(u' ');
 }
 
 } // namespace
@@ -92,6 +103,9 @@ StudioWindow::StudioWindow(QWidget *parent) : QMainWindow(parent)
     m_status = new QLabel;
     m_status->setObjectName(QStringLiteral("StatusText"));
     statusBar()->addWidget(m_status, 1);
+    m_where = new QLabel;
+    m_where->setObjectName(QStringLiteral("DocumentText"));
+    statusBar()->addPermanentWidget(m_where);
 
     QMenu *file = menuBar()->addMenu(studioText(StudioText::FileMenu));
     file->addAction(studioText(StudioText::OpenAction), QKeySequence::Open, this, &StudioWindow::open)
@@ -171,30 +185,13 @@ void StudioWindow::dropComponent()
     m_model.reset();
 }
 
-// Building the face starts every input afresh; the values the document brought are put back
-// afterwards, and the inputs follow them.
+// Building the face starts every input afresh; the inputs the document brought are put back
+// afterwards, as far as they apply, and the inputs follow them.
 void StudioWindow::buildFace()
 {
-    tessaly::ModelHost &host = m_site->modelHost();
-    const auto parameters = tessaly::objectCast<tessaly::NameMap>(
-            tessaly::variant::heldObject(host.slotValue(QStringLiteral("parameters"))));
-    const auto values = parameters ? parameters->copy() : std::make_shared<tessaly::NameMap>();
-    QList<QVariant> settings;
-    for (const QString &slot : settingSlots)
-        settings.append(host.slotValue(slot));
-
+    const host::RunInputs document = host::RunInputs::capture(m_site->modelHost());
     m_site->setPadSlotValue(QStringLiteral("BuildUI"), true);
-
-    for (int i = 0; i < values->count(); ++i) {
-        if (host.hasSlot(values->key(i)))
-            host.setSlotValue(values->key(i), values->item(i));
-    }
-    for (qsizetype i = 0; i < settings.size(); ++i) {
-        // An empty list or column would undo what the inputs start on.
-        if (settings.at(i).typeId() == QMetaType::QString && settings.at(i).toString().isEmpty())
-            continue;
-        host.setSlotValue(settingSlots[i], settings.at(i));
-    }
+    host::seedRunInputs(m_site->modelHost(), document);
 }
 
 bool StudioWindow::openDocument(const QString &fileName)
@@ -216,6 +213,7 @@ bool StudioWindow::openDocument(const QString &fileName)
         tell(studioText(StudioText::CannotOpen), error);
     }
     m_fileName = fileName;
+    m_changed = false;
     updateTitle();
     requestChanged();
     return true;
@@ -230,14 +228,24 @@ bool StudioWindow::saveDocument(const QString &fileName)
         return false;
     }
     m_fileName = fileName;
+    m_changed = false;
     updateTitle();
     return true;
 }
 
+// The wizard's Finish shows as a new definition in "SQLInfo"; the pad has then rebuilt the
+// inputs afresh, and what the person had set comes back where it still applies.
 void StudioWindow::editQuery()
 {
+    const host::RunInputs before = host::RunInputs::capture(m_site->modelHost());
     try {
         m_site->setPadSlotValue(QStringLiteral("EditQuery"), true);
+        if (host::definitionOf(m_site->modelHost()) == before.definition)
+            return;
+        host::seedRunInputs(m_site->modelHost(), before);
+        m_changed = true;
+        updateTitle();
+        requestChanged(); // a definition that yields no request leaves the last one published
     } catch (const tessaly::Error &error) {
         tell(veldra::text(veldra::StringId::SlotEditQueryDescription), error);
     }
@@ -248,29 +256,29 @@ void StudioWindow::requestChanged()
     m_timer.start();
 }
 
-QString StudioWindow::currentRequest(QString *missing) const
-{
-    *missing = m_model->missingRequestPiece();
-    if (!missing->isEmpty())
-        return {};
-    const auto request = m_site->modelHost().slotValue(requestSlot).value<tessaly::RequestRef>();
-    return request ? request->text() : QString();
-}
-
+// Nothing reaches the data service while the model publishes no request or a parameter has no
+// value; the status bar says which, and what to do.
 void StudioWindow::runQuery()
 {
-    QString missing;
-    const QString request = currentRequest(&missing);
-    m_requestText->setPlainText(request.isEmpty() ? missing : request);
+    host::CurrentRequest current;
+    QString unsent;
+    try {
+        current = host::currentRequest(m_site->modelHost());
+        unsent = !current.missingPiece.isEmpty() ? studioText(StudioText::NoRequest).arg(current.missingPiece)
+                                                 : missingValuesText(current.missingValues);
+    } catch (const tessaly::Error &error) {
+        unsent = studioText(StudioText::NoRequest).arg(error.message());
+    }
+    m_requestText->setPlainText(current.ready() ? current.text : unsent);
     ++m_asked;
-    if (request.isEmpty()) {
+    if (!current.ready()) {
         m_shown = m_asked;
         m_results->setResult({});
-        m_status->setText(studioText(StudioText::NoRequest).arg(missing));
+        m_status->setText(unsent);
         return;
     }
     m_status->setText(studioText(StudioText::Running));
-    Q_EMIT runRequested(m_asked, request);
+    Q_EMIT runRequested(m_asked, current.text);
 }
 
 void StudioWindow::showAnswer(quint64 number, const QueryResult &result)
@@ -287,10 +295,17 @@ void StudioWindow::showAnswer(quint64 number, const QueryResult &result)
     m_status->setText(studioText(result.truncated ? StudioText::RowsCut : StudioText::RowCount).arg(result.rows.size()));
 }
 
+// The title names the document; the status bar says where it is saved, and after an edit of
+// the query that it is not saved yet.
 void StudioWindow::updateTitle()
 {
     setWindowTitle(studioText(StudioText::WindowTitle)
                            .arg(m_fileName.isEmpty() ? studioText(StudioText::Untitled) : QFileInfo(m_fileName).fileName()));
+    const QString path = QDir::toNativeSeparators(QFileInfo(m_fileName).absoluteFilePath());
+    if (m_fileName.isEmpty())
+        m_where->setText(studioText(StudioText::NotSavedYet));
+    else
+        m_where->setText(studioText(m_changed ? StudioText::ChangedSavesTo : StudioText::SavedIn).arg(path));
 }
 
 void StudioWindow::open()

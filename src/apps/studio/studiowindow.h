@@ -69,7 +69,6 @@ private:
     void open();
     void save();
     void saveAs();
-    QString currentRequest(QString *missing) const;
 
     tessaly::ContainerSite m_document; // holds the component and gives it the data service
     std::shared_ptr<veldra::TsyParamConditionModel> m_model;
@@ -81,6 +80,7 @@ private:
     ResultTableModel *m_results = nullptr;
     QPlainTextEdit *m_requestText = nullptr;
     QLabel *m_status = nullptr;
+    QLabel *m_where = nullptr; // where the document is saved
     QAction *m_showRequest = nullptr;
 
     QThread m_thread;
@@ -89,4 +89,5 @@ private:
     quint64 m_asked = 0;
     quint64 m_shown = 0;
     QString m_fileName;
+    bool m_changed = false; // the query was edited since the document was opened or saved
 };

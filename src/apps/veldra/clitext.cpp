@@ -52,22 +52,24 @@ const Entry entries[] = {
       u"Loads the component document DOC, writes each --set into the model's slot of that name\n"
       u"as the framework would, and prints the request the model publishes in its \"request\" slot.\n"
       u"Exit status: 0 a request was printed; 1 the definition yields no request (the missing\n"
-      u"piece is named on standard error); 2 bad input (a file, a slot name or a value).",
+      u"piece is named on standard error); 2 bad input (a file, a slot name or a value, or a\n"
+      u"parameter without a value: each is named, and nothing is printed).",
       u"コンポーネント文書 DOC を読み込み、各 --set をモデルの同名のスロットに書き込んで、\n"
       u"モデルが「request」スロットに出す要求を表示します。\n"
       u"終了ステータス：0 要求を表示した。1 定義から要求ができない（足りないものを標準エラーに表示）。\n"
-      u"2 入力の誤り（ファイル、スロット名、値）。" },
+      u"2 入力の誤り（ファイル、スロット名、値、または値のないパラメータ。それぞれを示し、何も表示しません）。" },
     { CliText::RunDescription,
       u"Builds the request of the component in DOC as 'veldra request' does, sends it to the data\n"
       u"service and prints the rows as they arrive. DOC may also be a bare query definition.\n"
       u"Exit status: 0 rows printed; 1 no request, or the service refused or failed it (the\n"
-      u"database error report goes to standard error); 2 bad input; 3 rows printed, but the\n"
-      u"data source's row cap cut the result; 4 standard output could not be written.",
+      u"database error report goes to standard error); 2 bad input (a parameter without a value\n"
+      u"included: nothing is sent); 3 rows printed, but the data source's row cap cut the result;\n"
+      u"4 standard output could not be written.",
       u"DOC のコンポーネントの要求を「veldra request」と同じように作り、データサービスに送って、\n"
       u"届いた行から表示します。DOC は問い合わせ定義のファイルでもかまいません。\n"
       u"終了ステータス：0 行を表示した。1 要求がない、またはサービスが拒否・失敗した（データベース\n"
-      u"エラーの報告を標準エラーに表示）。2 入力の誤り。3 行を表示したが、データソースの行数上限で\n"
-      u"打ち切られた。4 標準出力に書き込めなかった。" },
+      u"エラーの報告を標準エラーに表示）。2 入力の誤り（値のないパラメータを含む。何も送りません）。\n"
+      u"3 行を表示したが、データソースの行数上限で打ち切られた。4 標準出力に書き込めなかった。" },
     { CliText::ParamsDescription,
       u"Lists the parameters of the query in DOC (a component document or a bare definition):\n"
       u"each reference with its title, its kind (typed in, or chosen from a list), its current\n"
@@ -90,9 +92,13 @@ const Entry entries[] = {
     { CliText::EditDescription,
       u"Opens the query creation wizard on the component in DOC, or on a new component when DOC\n"
       u"does not exist, against the configured data service. Finish saves the component into\n"
-      u"DOC; Quit leaves DOC as it was. Needs a display.",
+      u"DOC (a DOC that cannot be written is refused before the wizard opens; if the save still\n"
+      u"fails, the component is kept in NAME.recovered.component.xml beside it or in a writable\n"
+      u"folder). Quit leaves DOC as it was. Needs a display.",
       u"DOC のコンポーネント（DOC がなければ新しいコンポーネント）に、設定されたデータサービスを\n"
-      u"使う問い合わせ作成ウィザードを開きます。「完了」でコンポーネントを DOC に保存し、\n"
+      u"使う問い合わせ作成ウィザードを開きます。「完了」でコンポーネントを DOC に保存します\n"
+      u"（書き込めない DOC はウィザードを開く前に拒否します。それでも保存に失敗したときは、\n"
+      u"隣か書き込めるフォルダーの NAME.recovered.component.xml に残します）。\n"
       u"「終了」では DOC を変更しません。ディスプレイが必要です。" },
     { CliText::EditDocArgument, u"a component document", u"コンポーネント文書" },
     { CliText::FileArgument, u"a saved query definition or component document; - reads standard input",
@@ -137,6 +143,23 @@ const Entry entries[] = {
     { CliText::SetWantsAssignment, u"--set wants NAME=VALUE, not \"%1\"",
       u"--set には NAME=VALUE を指定してください：「%1」" },
     { CliText::YieldsNoRequest, u"%1 yields no request: %2", u"%1 から要求を作れません：%2" },
+    { CliText::MissingValue, u"%1 has no value, so nothing is sent: give one with --set \"%1=...\"",
+      u"%1 に値がないため、何も送りません。--set \"%1=...\" で指定してください" },
+    { CliText::MissingTitledValue, u"%1 (\"%2\") has no value, so nothing is sent: give one with --set \"%1=...\"",
+      u"%1（「%2」）に値がないため、何も送りません。--set \"%1=...\" で指定してください" },
+    { CliText::UndefinedParameter,
+      u"the condition refers to %1, which is no parameter of the query, so nothing is sent: define it in "
+      u"the wizard (veldra edit) or take it out of the condition",
+      u"条件が参照する %1 は問い合わせのパラメータではないため、何も送りません。ウィザード（veldra edit）で"
+      u"定義するか、条件から外してください" },
+    { CliText::EditTarget, u"Finish saves the component to %1 (replacing the file there)",
+      u"「完了」でコンポーネントを %1 に保存します（既存のファイルを置き換えます）" },
+    { CliText::EditNewTarget, u"Finish saves the component to %1 (a new file)",
+      u"「完了」でコンポーネントを %1 に保存します（新しいファイル）" },
+    { CliText::EditSaved, u"saved the component to %1", u"コンポーネントを %1 に保存しました" },
+    { CliText::EditNotSaved, u"quit: %1 was not written", u"終了しました。%1 には書き込んでいません" },
+    { CliText::EditKept, u"could not save: %1. The component is kept in %2; move it where you want it",
+      u"保存できませんでした：%1。コンポーネントは %2 に残してあります。必要な場所に移してください" },
     { CliText::NothingFound, u"nothing found under %1", u"%1 の下には何もありません" },
     { CliText::CapNotice, u"the result was cut at the data source's row cap of %1 rows; there are more rows",
       u"結果はデータソースの行数上限 %1 行で打ち切られました。続きの行があります。" },

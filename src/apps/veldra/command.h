@@ -23,9 +23,6 @@ QString usageText(const QCommandLineParser &parser, const QString &name);
 // its help was printed, or a usage error was said on standard error.
 std::optional<int> parseCommandLine(QCommandLineParser &parser, const QStringList &arguments, const QString &name);
 
-// Says on standard error that DOC yields no request, and why; the exit status for it.
-int reportNoRequest(const QString &command, const QString &document, const QString &missing);
-
 // The commands, each in its own source file.
 int runSql(const QStringList &arguments);
 int runRequest(const QStringList &arguments);

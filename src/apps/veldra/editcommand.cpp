@@ -1,19 +1,13 @@
 #include "command.h"
 #include "clitext.h"
 #include "cliuiservice.h"
-#include "componentsession.h"
+#include "editsession.h"
 
-#include "dataservice/dataservice.h"
-#include "dataservice/localserviceproxy.h"
-#include "tessaly/componentdocument.h"
-#include "tessaly/error.h"
 #include "tessaly/widgets/widgetuiservice.h"
-#include "veldra/records/sqlinfo.h"
-#include "veldra/wizard/frmwizard.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QFileInfo>
+#include <QScopeGuard>
 
 namespace {
 
@@ -45,15 +39,7 @@ int runEdit(const QStringList &arguments)
     }
     const QString document = parser.positionalArguments().constFirst();
 
-    // A bad document is said before any window opens.
-    ComponentSession session;
-    if (QFileInfo::exists(document)) {
-        const QByteArray data = readInput(document);
-        if (!tessaly::ComponentDocument::looksLikeComponentDocument(data))
-            throw tessaly::Error(tessaly::ErrorNumber::InvalidArgument,
-                                 cliText(CliText::EditWantsComponent).arg(inputName(document)));
-        session.load(data, inputName(document));
-    }
+    EditSession edit(document); // a bad document or target is said before any window opens
 
     if (!qobject_cast<QApplication *>(QCoreApplication::instance())) {
         err() << "veldra edit: " << cliText(CliText::NoDisplay) << Qt::endl;
@@ -66,13 +52,6 @@ int runEdit(const QStringList &arguments)
     }
 
     tessaly::UiService::setInstance(std::make_shared<tessaly::WidgetUiService>());
-    veldra::frmWizard wizard;
-    const bool shown = wizard.StartWizard(
-            session.model(), std::make_shared<dataservice::LocalServiceProxy>(std::make_shared<dataservice::DataService>()),
-            session.definition());
-    tessaly::UiService::setInstance(std::make_shared<CliUiService>());
-    if (!shown || wizard.result() != QDialog::Accepted)
-        return exitcode::ok;
-    session.save(document);
-    return exitcode::ok;
+    const auto restore = qScopeGuard([] { tessaly::UiService::setInstance(std::make_shared<CliUiService>()); });
+    return edit.run();
 }

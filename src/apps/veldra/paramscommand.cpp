@@ -1,6 +1,8 @@
 #include "clitext.h"
 #include "command.h"
-#include "componentsession.h"
+#include "commandinput.h"
+
+#include "host/componentsession.h"
 
 #include "tessaly/namemap.h"
 #include "tessaly/variant.h"
@@ -22,10 +24,9 @@ int runParams(const QStringList &arguments)
         err() << "veldra params: " << cliText(CliText::GiveOneDoc).arg(QStringLiteral("params")) << Qt::endl;
         return exitcode::badInput;
     }
-    ComponentSession session;
-    session.load(parser.positionalArguments().constFirst());
-    if (!session.applyAssignments(parser.values(set)))
-        return exitcode::badInput;
+    host::ComponentSession session;
+    loadDocument(session, parser.positionalArguments().constFirst());
+    applyAssignments(session, parser.values(set));
     const auto parameters = session.definition()->parameters();
     const auto values = session.parameterValues();
     if (!parameters || parameters->isEmpty()) {

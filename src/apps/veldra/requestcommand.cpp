@@ -1,6 +1,8 @@
 #include "clitext.h"
 #include "command.h"
-#include "componentsession.h"
+#include "commandinput.h"
+
+#include "host/componentsession.h"
 
 #include <QCommandLineParser>
 
@@ -21,15 +23,14 @@ int runRequest(const QStringList &arguments)
     }
     const QString document = parser.positionalArguments().constFirst();
 
-    ComponentSession session;
-    std::optional<QString> request;
-    QString missing;
-    if (!session.loadAndBuild(document, parser.values(set), &request, &missing))
-        return exitcode::badInput;
+    host::ComponentSession session;
+    loadDocument(session, document);
+    applyAssignments(session, parser.values(set));
+    const host::CurrentRequest request = session.request();
     if (parser.isSet(save))
         session.save(parser.value(save));
-    if (!request)
-        return reportNoRequest(QStringLiteral("request"), inputName(document), missing);
-    out() << *request << '\n';
+    if (!request.ready())
+        return reportUnsent(QStringLiteral("request"), inputName(document), request);
+    out() << request.text << '\n';
     return exitcode::ok;
 }

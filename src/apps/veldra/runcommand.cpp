@@ -1,11 +1,12 @@
-#include "command.h"
-#include "componentsession.h"
 #include "clitext.h"
+#include "command.h"
+#include "commandinput.h"
 #include "outputerror.h"
 #include "outputfile.h"
 #include "resultprinter.h"
 
 #include "dataservice/dataservice.h"
+#include "host/componentsession.h"
 #include "tessaly/error.h"
 #include "veldra/service/databaseerrorreport.h"
 
@@ -56,24 +57,23 @@ int runRun(const QStringList &arguments)
     }
     const QString document = parser.positionalArguments().constFirst();
 
-    ComponentSession session;
-    std::optional<QString> request;
-    QString missing;
-    if (!session.loadAndBuild(document, parser.values(set), &request, &missing))
-        return exitcode::badInput;
-    if (!request)
-        return reportNoRequest(QStringLiteral("run"), inputName(document), missing);
+    host::ComponentSession session;
+    loadDocument(session, document);
+    applyAssignments(session, parser.values(set));
+    const host::CurrentRequest request = session.request();
+    if (!request.ready())
+        return reportUnsent(QStringLiteral("run"), inputName(document), request);
 
     const dataservice::DataService service; // a bad configuration is bad input, as for every command
     try {
-        service.select(request->toUtf8(), *printer);
+        service.select(request.text.toUtf8(), *printer);
     } catch (const tessaly::Error &error) {
         try {
             printer->abandon();
         } catch (const OutputError &) {
             // The service's failure is the one to report.
         }
-        reportFailure(error, *request);
+        reportFailure(error, request.text);
         if (output.wroteAnything())
             err() << "veldra run: " << cliText(CliText::IncompleteResult) << Qt::endl;
         return exitcode::noResult;

@@ -1,6 +1,8 @@
 #include "clitext.h"
 #include "command.h"
-#include "componentsession.h"
+#include "commandinput.h"
+
+#include "host/componentsession.h"
 
 #include "tessaly/error.h"
 #include "tessaly/namemap.h"
@@ -15,7 +17,7 @@ namespace {
 
 // The statement text with each parameter reference replaced by its current value, and a row
 // count taken as a parameter by the TopN slot's value.
-QString filledIn(const QString &statement, ComponentSession &session)
+QString filledIn(const QString &statement, host::ComponentSession &session)
 {
     const auto values = session.parameterValues();
     QStringList lines = statement.split(QStringLiteral("\r\n"));
@@ -60,14 +62,16 @@ int runSql(const QStringList &arguments)
         return exitcode::badInput;
     }
     const QString fileName = parser.positionalArguments().constFirst();
-    ComponentSession session;
-    session.load(fileName);
-    if (!session.applyAssignments(parser.values(set)))
-        return exitcode::badInput;
+    host::ComponentSession session;
+    loadDocument(session, fileName);
+    applyAssignments(session, parser.values(set));
     const auto query = session.definition();
-    QString missing;
-    if (parser.isSet(filled))
-        session.currentRequest(&missing); // the model takes up the values set
+    if (parser.isSet(filled)) {
+        // A statement with a hole where a value goes is no statement that runs.
+        const auto missing = host::missingValues(*query, session.parameterValues().get());
+        if (!missing.isEmpty())
+            return reportUnsent(QStringLiteral("sql"), inputName(fileName), { {}, {}, missing });
+    }
     try {
         // Built whole before anything is printed, so a failure never leaves half a statement.
         const QString statement = veldra::statementText(*query);

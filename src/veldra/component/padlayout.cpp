@@ -66,14 +66,14 @@ QString displayName(const SQLInfo &definition, const QString &selection)
 
 } // namespace
 
-QString PadLayout::selectionItems(const SQLInfo &definition)
+QStringList PadLayout::displayNames(const SQLInfo &definition)
 {
     QStringList names;
     if (const auto &selections = definition.selections()) {
         for (const QString &selection : *selections)
             names.append(displayName(definition, selection));
     }
-    return names.join(u',');
+    return names;
 }
 
 std::shared_ptr<tessaly::NameMap> PadLayout::orderChoices(const SQLInfo &definition)

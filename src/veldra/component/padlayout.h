@@ -50,8 +50,10 @@ public:
     // parameter (in the definition's order), each only when the definition asks for it.
     static QList<Row> rows(const SQLInfo &definition);
 
-    // The items of the selection list: the display name of each selection, comma-separated.
-    static QString selectionItems(const SQLInfo &definition);
+    // The display name of each selection, in order: its alias, or the selection text.
+    static QStringList displayNames(const SQLInfo &definition);
+    // The items of the selection list: the display names, comma-separated.
+    static QString selectionItems(const SQLInfo &definition) { return displayNames(definition).join(u','); }
     // The ordering choices, in selection order: display name -> the text ORDER BY takes.
     static std::shared_ptr<tessaly::NameMap> orderChoices(const SQLInfo &definition);
 };
