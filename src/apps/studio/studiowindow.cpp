@@ -316,20 +316,20 @@ void StudioWindow::open()
         openDocument(fileName);
 }
 
+// A save that fails (the message says why) asks for another place, so the work is not left
+// unsaved by a bad path.
 void StudioWindow::save()
 {
-    if (m_fileName.isEmpty())
+    if (m_fileName.isEmpty() || !saveDocument(m_fileName))
         saveAs();
-    else
-        saveDocument(m_fileName);
 }
 
 void StudioWindow::saveAs()
 {
-    const QString fileName = QFileDialog::getSaveFileName(this, QString(), m_fileName,
-                                                          studioText(StudioText::DocumentFilter));
-    if (!fileName.isEmpty())
-        saveDocument(fileName);
+    QString fileName = m_fileName;
+    do {
+        fileName = QFileDialog::getSaveFileName(this, QString(), fileName, studioText(StudioText::DocumentFilter));
+    } while (!fileName.isEmpty() && !saveDocument(fileName));
 }
 
 void StudioWindow::closeEvent(QCloseEvent *event)
