@@ -26,10 +26,14 @@ void ComponentSession::load(const QString &fileName)
 
 void ComponentSession::load(const QByteArray &data, const QString &sourceName)
 {
-    if (tessaly::ComponentDocument::looksLikeComponentDocument(data))
-        tessaly::ComponentDocument::load(data, sourceName, m_model);
-    else
+    if (!tessaly::ComponentDocument::looksLikeComponentDocument(data)) {
         useDefinition(veldra::readDefinition(data, sourceName));
+        return;
+    }
+    tessaly::ComponentDocument::load(data, sourceName, m_model);
+    // What the document left empty starts as the studio shows it (a document saved before
+    // hosts seeded the inputs, or by hand).
+    seedRunInputs(*m_host, RunInputs::capture(*m_host));
 }
 
 void ComponentSession::useDefinition(const std::shared_ptr<veldra::SQLInfo> &definition)

@@ -25,7 +25,8 @@ public:
     ComponentSession();
 
     // Raise tessaly::Error naming the file, line and column of what is wrong. The data holds a
-    // component document or a bare query definition.
+    // component document, whose empty inputs are then filled in as a host opening it does, or a
+    // bare query definition (see seedRunInputs).
     void load(const QString &fileName);
     void load(const QByteArray &data, const QString &sourceName);
     // Hosts a bare definition, its run-time inputs seeded as after the wizard (seedRunInputs).

@@ -71,30 +71,45 @@ qint32 seededRowCount(const SQLInfo &definition, const RunInputs &before)
     return keep ? before.topN : definition.topN();
 }
 
-QString seededOrderColumn(const SQLInfo &definition, const RunInputs &before)
+bool isOrderChoice(const SQLInfo *definition, const QString &column)
 {
-    const auto choices = PadLayout::orderChoices(definition);
-    for (int i = 0; i < choices->count(); ++i) {
-        if (tessaly::variant::toText(choices->item(i)) == before.orderBy)
-            return before.orderBy;
+    const auto choices = definition ? PadLayout::orderChoices(*definition) : nullptr;
+    for (int i = 0; choices && i < choices->count(); ++i) {
+        if (choices->item(i).toString() == column)
+            return true;
     }
-    return choices->isEmpty() ? QString() : tessaly::variant::toText(choices->item(0));
+    return false;
 }
 
-// The value a parameter slot starts on; nothing when it stays as it is.
-std::optional<QString> seededValue(const ParamInfo *parameter, const QString &valueBefore)
+// A column the query no longer offers, or none, gives way to the first choice; one given by
+// hand, never a choice, stays.
+QString seededOrderColumn(const SQLInfo &definition, const RunInputs &before)
 {
-    if (parameter && parameter->paramType() == ParamInfo::ChosenFromList) {
-        const auto &values = parameter->selections();
-        if (values && values->contains(valueBefore))
-            return valueBefore;
-        if (values && !values->isEmpty())
-            return values->key(0);
-        return std::nullopt;
-    }
-    if (!valueBefore.trimmed().isEmpty())
-        return valueBefore;
-    return std::nullopt;
+    const bool dropped = isOrderChoice(before.definition.get(), before.orderBy) && !isOrderChoice(&definition, before.orderBy);
+    if (!before.orderBy.isEmpty() && !dropped)
+        return before.orderBy;
+    const auto choices = PadLayout::orderChoices(definition);
+    return choices->isEmpty() ? QString() : choices->item(0).toString();
+}
+
+bool isList(const ParamInfo *parameter)
+{
+    return parameter && parameter->paramType() == ParamInfo::ChosenFromList && parameter->selections();
+}
+
+// The value a parameter slot starts on; nothing when it stays as it is. A list value the edit
+// took out of the list gives way to the list's first; a value given by hand, never in the list,
+// stays.
+std::optional<QString> seededValue(const ParamInfo *parameter, const ParamInfo *parameterBefore, const QString &value)
+{
+    const bool blank = value.trimmed().isEmpty();
+    if (!isList(parameter))
+        return blank ? std::nullopt : std::optional<QString>(value);
+    const auto &values = parameter->selections();
+    const bool dropped = isList(parameterBefore) && parameterBefore->selections()->contains(value) && !values->contains(value);
+    if (!blank && !dropped)
+        return value;
+    return values->isEmpty() ? std::nullopt : std::optional<QString>(values->key(0));
 }
 
 } // namespace
@@ -128,14 +143,17 @@ void seedRunInputs(tessaly::ModelHost &host, const RunInputs &before)
         host.setSlotValue(ascendantSlot, takesOrdering(before.definition.get()) ? before.orderByAscendant : true);
     }
     const auto values = parameterValuesOf(host);
-    const auto &parameters = definition->parameters();
+    const auto parameter = [](const SQLInfo *query, const QString &key) {
+        return query && query->parameters() ? query->parameters()->object<ParamInfo>(key) : nullptr;
+    };
     for (int i = 0; values && i < values->count(); ++i) {
         const QString key = values->key(i);
         QVariant valueBefore;
         if (before.parameters)
             before.parameters->lookup(key, &valueBefore);
-        const auto parameter = parameters ? parameters->object<ParamInfo>(key) : nullptr;
-        if (const auto value = seededValue(parameter.get(), valueBefore.toString()))
+        const auto value = seededValue(parameter(definition.get(), key).get(),
+                                       parameter(before.definition.get(), key).get(), valueBefore.toString());
+        if (value)
             host.setSlotValue(key, *value);
     }
 }

@@ -39,11 +39,12 @@ struct RunInputs
 // - "TopN", when the row count is a run-time parameter: the value set before, unless the
 //   wizard's row count changed or none was set; then the wizard's row count;
 // - "OrderBy" and "OrderByAscendant", when ordering is a run-time parameter: the column chosen
-//   before while it is still a choice, else the first choice; the direction set before, else
-//   ascending;
-// - a parameter chosen from a list: the value chosen before while the list still holds it,
-//   else the list's first value; a typed-in parameter: the value typed before, else none (a
-//   host names it as missing and asks for it).
+//   before unless the edit took it out of the choices, else the first choice; the direction
+//   set before, else ascending;
+// - a parameter chosen from a list: the value chosen before unless the edit took it out of the
+//   list, else the list's first value; a typed-in parameter: the value typed before, else none
+//   (a host names it as missing and asks for it).
+// For the same definition (a host opening a document) only what is empty is filled in.
 // Every input that applies is written, so that whatever shows it follows.
 void seedRunInputs(tessaly::ModelHost &host, const RunInputs &before = {});
 

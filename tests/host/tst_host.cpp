@@ -5,6 +5,7 @@
 #include "host/inputcheck.h"
 #include "host/runinputs.h"
 
+#include "tessaly/componentdocument.h"
 #include "tessaly/error.h"
 #include "tessaly/variant.h"
 #include "veldra/resources/stringtable.h"
@@ -123,6 +124,22 @@ private Q_SLOTS:
         QCOMPARE(text(session, "OrderBy"), QString("regions.name"));
         QCOMPARE(text(session, "@@@Region"), QString("'CE'"));
         QVERIFY(session.request().ready());
+    }
+
+    // As an older edit left a document: nothing selected, no row count; and a value given by hand
+    // that the list does not hold.
+    void aDocumentKeepsWhatItHoldsAndGetsWhatItLacks()
+    {
+        host::ComponentSession saved;
+        saved.host().setSlotValue("SQLInfo", tessaly::variant::holding(report()));
+        saved.host().setSlotValue("@@@Region", "'XX'");
+        host::ComponentSession session;
+        session.load(tessaly::ComponentDocument::save(*saved.model()), "doc");
+        QCOMPARE(text(session, "selection"), QString("Region,orders.id,Revenue"));
+        QCOMPARE(text(session, "TopN"), QString("3"));
+        QCOMPARE(text(session, "OrderBy"), QString("regions.name"));
+        QCOMPARE(text(session, "@@@Region"), QString("'XX'"));
+        QCOMPARE(names(session.request().missingValues), QString("@@@Least"));
     }
 
     void missingValuesAreNamedOnceEach_data()
