@@ -32,6 +32,7 @@ constexpr Entry entries[] = {
     { u"%1: not a regular file (a device, FIFO or socket)", u"%1：通常のファイルではありません（デバイス、FIFO、ソケット）" },
     { u"%1: the file cannot be written (%2)", u"%1：ファイルに書き込めません（%2）" },
     { u"%1; no writable folder was found to keep the component in", u"%1。コンポーネントを残せる書き込み可能なフォルダーが見つかりません" },
+    { u", ", u"、" },
 };
 
 } // namespace

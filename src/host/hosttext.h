@@ -23,6 +23,7 @@ enum class HostText {
     NotARegularFile,
     FileNotWritable,
     NowhereToKeep,
+    ListSeparator,
 };
 
 QString hostText(HostText id);

@@ -35,7 +35,7 @@ bool takesOrdering(const SQLInfo &definition)
 
 QString list(const QStringList &names)
 {
-    return names.join(QStringLiteral(", "));
+    return names.join(hostText(HostText::ListSeparator));
 }
 
 void checkSelection(const SQLInfo &definition, const QString &value)
