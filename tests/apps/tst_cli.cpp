@@ -16,7 +16,6 @@ private Q_SLOTS:
     void commandsAnswerWithStatusAndMessage_data();
     void commandsAnswerWithStatusAndMessage();
     void saveKeepsTheValuesSetForTheNextLoad();
-    void runPrintsRowsFromTheSample();
     void editRefusesWithoutWindowsAndLeavesTheDocument_data();
     void editRefusesWithoutWindowsAndLeavesTheDocument();
     void formatsPrintEveryValueFaithfully_data();
@@ -210,15 +209,6 @@ void tst_Cli::saveKeepsTheValuesSetForTheNextLoad()
     const Result again = veldra({ "request", saved });
     QCOMPARE(again.out, first.out);
     QVERIFY(again.out.contains("regions.code = 'OS'"));
-}
-
-void tst_Cli::runPrintsRowsFromTheSample()
-{
-    const Result table = veldra({ "run", component });
-    QCOMPARE(table.status, 0);
-    QVERIFY2(table.out.startsWith("Region "), qPrintable(table.out));
-    QVERIFY(table.out.contains("North East"));
-    QVERIFY(table.out.contains("(3 rows)"));
 }
 
 void tst_Cli::editRefusesWithoutWindowsAndLeavesTheDocument_data()

@@ -94,7 +94,6 @@ private Q_SLOTS:
         QVERIFY(window.openDocument(sample));
         waitForRows(window);
         QVERIFY2(m_ui->messages.isEmpty() && m_ui->reports.isEmpty(), qPrintable(m_ui->messages.value(0).text));
-        QCOMPARE(window.results().result().columns, (QStringList{ "Region", "Segment", "Orders", "Revenue" }));
         QVERIFY(!window.results().result().rows.isEmpty());
         // Figures line up on the right, text on the left.
         const auto alignment = [&window](int column) {
