@@ -1,5 +1,8 @@
 #include "veldra/dialogs/formhelpers.h"
 
+#include "tessaly/error.h"
+#include "tessaly/uiservice.h"
+
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QHeaderView>
@@ -105,13 +108,22 @@ int textWidth(const QWidget *widget, int characters)
     return widget->fontMetrics().averageCharWidth() * characters;
 }
 
-void guarded(const char *where, const std::function<void()> &handler)
+bool guarded(const QWidget *form, const std::function<void()> &handler)
 {
+    QString reason;
     try {
         handler();
+        return true;
+    } catch (const tessaly::Error &error) {
+        reason = error.message();
     } catch (const std::exception &error) {
-        qWarning("%s: %s", where, error.what());
+        reason = QString::fromLocal8Bit(error.what());
     }
+    QString title = form ? form->window()->windowTitle() : QString();
+    if (title.isEmpty())
+        title = text(StringId::WizardCaption);
+    tessaly::UiService::instance().report(title, { reason });
+    return false;
 }
 
 } // namespace veldra::form

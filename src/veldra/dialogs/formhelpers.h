@@ -42,8 +42,9 @@ QPushButton *addButton(QDialogButtonBox *box, const QString &objectName, StringI
 // The width of `characters` average characters in the widget's font.
 int textWidth(const QWidget *widget, int characters);
 
-// Runs the handler of a person's action. An error must not reach the event loop: it is logged
-// with `where`, and the form stays as it is.
-void guarded(const char *where, const std::function<void()> &handler);
+// Runs the handler of a person's action. An error must not reach the event loop: it is shown to
+// the person through the UI service, titled with the caption of the window that holds `form`,
+// and the form stays as it is. True when the handler ran to its end.
+bool guarded(const QWidget *form, const std::function<void()> &handler);
 
 } // namespace veldra::form

@@ -3,7 +3,6 @@
 #include "tessaly/uiservice.h"
 #include "veldra/dialogs/formhelpers.h"
 #include "veldra/dialogs/wizparamdbgetdialog.h"
-#include "veldra/dialogs/wizparamdialog.h"
 #include "veldra/dialogs/wizparamvaleditdialog.h"
 #include "veldra/records/paraminfo.h"
 
@@ -117,24 +116,6 @@ void WizParamEditDialog::setParameter(const std::shared_ptr<ParamInfo> &paramete
     fillValues();
 }
 
-void WizParamEditDialog::storeValue(const QString &value, const QString &name)
-{
-    m_decision.storeValue(value, name);
-    fillValues();
-}
-
-void WizParamEditDialog::takeValues(const std::shared_ptr<tessaly::NameMap> &values)
-{
-    m_decision.takeValues(values);
-    fillValues();
-}
-
-void WizParamEditDialog::removeValue(const QString &value)
-{
-    m_decision.removeValue(value);
-    fillValues();
-}
-
 void WizParamEditDialog::applyValidity()
 {
     m_ok->setEnabled(m_decision.isValid());
@@ -201,7 +182,10 @@ int WizParamEditDialog::selectedValueRow() const
 
 void WizParamEditDialog::addValueClicked()
 {
-    editValue(QString(), QString());
+    if (const std::optional<SelectionValue> added = editSelectionValue(this, QString(), QString())) {
+        m_decision.storeValue(added->value, added->name);
+        fillValues();
+    }
 }
 
 void WizParamEditDialog::modifyValueClicked()
@@ -210,15 +194,10 @@ void WizParamEditDialog::modifyValueClicked()
     if (row < 0)
         return;
     const QTreeWidgetItem *item = m_values->topLevelItem(row);
-    editValue(item->text(0), item->text(1));
-}
-
-void WizParamEditDialog::editValue(const QString &value, const QString &name)
-{
-    WizParamValEditDialog dialog(this);
-    dialog.setEditDialog(this);
-    dialog.setValueAndName(value, name);
-    tessaly::UiService::instance().execDialog(dialog);
+    if (const std::optional<SelectionValue> changed = editSelectionValue(this, item->text(0), item->text(1))) {
+        m_decision.storeValue(changed->value, changed->name);
+        fillValues();
+    }
 }
 
 void WizParamEditDialog::deleteValueClicked()
@@ -232,10 +211,11 @@ void WizParamEditDialog::deleteValueClicked()
 
 void WizParamEditDialog::getFromDBClicked()
 {
-    form::guarded("WizParamEditDialog::GetFromDB", [this] {
-        WizParamDBGetDialog dialog(this);
-        dialog.start(this);
-        tessaly::UiService::instance().execDialog(dialog);
+    form::guarded(this, [this] {
+        if (const auto values = retrieveSelectionValues(this, m_source.accessor, m_source.database)) {
+            m_decision.takeValues(*values);
+            fillValues();
+        }
     });
 }
 
@@ -246,11 +226,18 @@ void WizParamEditDialog::okClicked()
                                                text(StringId::ParamEditCaption), tessaly::UiService::Buttons::Ok);
         return;
     }
-    if (m_listDialog)
-        m_listDialog->chooseParameter(m_decision.committedCopy());
-    else
-        qWarning("WizParamEditDialog: OK without a parameter list to receive the parameter");
     accept();
+}
+
+std::optional<std::shared_ptr<ParamInfo>> editParameter(QWidget *parent, const std::shared_ptr<ParamInfo> &parameter,
+                                                        const ValueSource &source)
+{
+    WizParamEditDialog dialog(parent);
+    dialog.setParameter(parameter);
+    dialog.setValueSource(source);
+    if (tessaly::UiService::instance().execDialog(dialog) != QDialog::Accepted)
+        return std::nullopt;
+    return dialog.committedCopy();
 }
 
 } // namespace veldra

@@ -1,10 +1,11 @@
 #include "veldra/wizard/columnpage.h"
 
-#include "tessaly/busycursor.h"
 #include "tessaly/uiservice.h"
 #include "veldra/dialogs/formhelpers.h"
 #include "veldra/dialogs/wizexprdialog.h"
+#include "veldra/wizard/columnstep.h"
 #include "veldra/wizard/inlineeditdelegate.h"
+#include "veldra/wizard/wizardstate.h"
 
 #include <QComboBox>
 #include <QGroupBox>
@@ -35,7 +36,8 @@ void allowInlineEdit(QTreeWidget *list, InlineEditDelegate *delegate)
 
 } // namespace
 
-ColumnPage::ColumnPage(WizardState &state, QWidget *parent) : WizardPage(state, parent), m_step(state)
+ColumnPage::ColumnPage(WizardState &state, QWidget *parent)
+    : WizardPage(state.columns(), parent), m_step(state.columns())
 {
     setObjectName(QStringLiteral("ColumnPage"));
 
@@ -119,7 +121,7 @@ ColumnPage::ColumnPage(WizardState &state, QWidget *parent) : WizardPage(state, 
     layout->addWidget(selectFrame, 2);
 
     connect(m_tableCombo, &QComboBox::currentIndexChanged, this,
-            [this] { guarded("SelectTableCombo", [this] { fillColumnList(); }); });
+            [this] { guarded(this, [this] { fillColumnList(); }); });
     connect(m_tabs, &QTabWidget::currentChanged, this, &ColumnPage::updateButtons);
     connect(m_columnList, &QTreeWidget::currentItemChanged, this, &ColumnPage::updateButtons);
     connect(m_columnList, &QTreeWidget::itemDoubleClicked, this, &ColumnPage::insertClicked);
@@ -163,47 +165,23 @@ ColumnPage::ColumnPage(WizardState &state, QWidget *parent) : WizardPage(state, 
     updateButtons();
 }
 
-void ColumnPage::initialize()
+void ColumnPage::showOpened()
 {
-    m_step.setSelectedName(QString());
-    m_step.setSelectedExpression(QString());
     m_tabs->setCurrentIndex(0);
 }
 
-bool ColumnPage::prepare()
+void ColumnPage::showEntered()
 {
-    bool prepared = false;
-    guarded("ColumnPage", [&] {
-        const tessaly::BusyCursor busy;
-        if (!m_step.prepare())
-            return;
-        const QString shown = m_tableCombo->currentText();
-        {
-            const QSignalBlocker blocker(m_tableCombo);
-            m_tableCombo->clear();
-            m_tableCombo->addItems(m_step.tableNames());
-            m_tableCombo->setCurrentIndex(std::max(0, m_tableCombo->findText(shown)));
-        }
-        fillColumnList();
-        fillExpressionList();
-        fillSelectList();
-        prepared = true;
-    });
-    Q_EMIT completeChanged();
-    return prepared;
-}
-
-void ColumnPage::replaceExpression(const QString &oldText, const QString &newText)
-{
-    m_step.replaceExpression(oldText, newText);
+    const QString shown = m_tableCombo->currentText();
+    {
+        const QSignalBlocker blocker(m_tableCombo);
+        m_tableCombo->clear();
+        m_tableCombo->addItems(m_step.tableNames());
+        m_tableCombo->setCurrentIndex(std::max(0, m_tableCombo->findText(shown)));
+    }
+    fillColumnList();
     fillExpressionList();
     fillSelectList();
-}
-
-void ColumnPage::addNewExpression(const QString &expression)
-{
-    m_step.addNewExpression(expression);
-    fillExpressionList();
 }
 
 void ColumnPage::fillColumnList()
@@ -281,7 +259,7 @@ void ColumnPage::updateButtons()
 
 void ColumnPage::insertClicked()
 {
-    guarded("SelectInsertButton", [this] {
+    guarded(this, [this] {
         if (m_tabs->currentIndex() == 0) {
             QTreeWidgetItem *item = m_columnList->currentItem();
             if (!item)
@@ -300,7 +278,7 @@ void ColumnPage::insertClicked()
 
 void ColumnPage::removeClicked()
 {
-    guarded("SelectRemoveButton", [this] {
+    guarded(this, [this] {
         m_step.removeSelection(selectedDisplayName());
         fillSelectList();
     });
@@ -309,7 +287,7 @@ void ColumnPage::removeClicked()
 
 void ColumnPage::moveClicked(int by)
 {
-    guarded("SelectUpButton", [this, by] {
+    guarded(this, [this, by] {
         if (by < 0)
             m_step.moveSelectionUp(selectedDisplayName());
         else
@@ -320,7 +298,7 @@ void ColumnPage::moveClicked(int by)
 
 void ColumnPage::aliasEdited(int row, const QString &, const QString &newText)
 {
-    guarded("SelectList", [this, row, newText] {
+    guarded(this, [this, row, newText] {
         const QString displayName = m_step.selectRows().value(row).displayName;
         switch (m_step.editAlias(displayName, newText)) {
         case ColumnStep::AliasEdit::Unchanged:
@@ -338,7 +316,7 @@ void ColumnPage::aliasEdited(int row, const QString &, const QString &newText)
 
 void ColumnPage::expressionEdited(const QString &oldText, const QString &newText)
 {
-    guarded("SelectExprList", [this, &oldText, &newText] {
+    guarded(this, [this, &oldText, &newText] {
         const ColumnStep::ExpressionEditEnd end = m_step.finishExpressionEdit(oldText, newText);
         if (end == ColumnStep::ExpressionEditEnd::Duplicate)
             UiService::instance().message(text(StringId::SameQueryMessage), text(StringId::SameQueryTitle),
@@ -360,37 +338,34 @@ void ColumnPage::askForExpressionDialog(const QString &expression)
 
 void ColumnPage::addExpression()
 {
-    guarded("ExprAddButton", [this] {
-        WizExprDialog dialog(this);
-        dialog.setExpression(QString());
-        dialog.Popup(&m_step, false);
-        const QString expression = dialog.Expression();
-        if (expression.isEmpty())
+    guarded(this, [this] {
+        const std::optional<QString> expression = editExpression(this, m_step, QString(), false);
+        if (!expression || expression->isEmpty())
             return;
-        addNewExpression(expression);
-        m_step.setSelectedExpression(expression);
+        m_step.addNewExpression(*expression);
+        m_step.setSelectedExpression(*expression);
         fillExpressionList();
     });
 }
 
 void ColumnPage::modifyExpression()
 {
-    guarded("ExprEditButton", [this] {
+    guarded(this, [this] {
         const QString oldText = selectedExpressionText();
         if (!m_step.isExistExpression(oldText))
             return;
-        WizExprDialog dialog(this);
-        dialog.setExpression(oldText);
-        dialog.Popup(&m_step, true);
-        const QString newText = dialog.Expression();
-        if (!newText.isEmpty() && newText != oldText)
-            replaceExpression(oldText, newText);
+        const std::optional<QString> newText = editExpression(this, m_step, oldText, true);
+        if (!newText || newText->isEmpty() || *newText == oldText)
+            return;
+        m_step.replaceExpression(oldText, *newText);
+        fillExpressionList();
+        fillSelectList();
     });
 }
 
 void ColumnPage::deleteExpression()
 {
-    guarded("ExprDeleteButton", [this] {
+    guarded(this, [this] {
         m_step.deleteExpression(selectedExpressionText());
         fillExpressionList();
         fillSelectList();

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "veldra/wizard/columnstep.h"
 #include "veldra/wizard/wizardpage.h"
 
 class QComboBox;
@@ -11,6 +10,9 @@ class QTreeWidgetItem;
 
 namespace veldra {
 
+class ColumnStep;
+class WizardState;
+
 // Step 2: the select list, built from the columns of the chosen tables and from free
 // expressions, each item with an optional alias.
 class ColumnPage : public WizardPage
@@ -20,17 +22,9 @@ class ColumnPage : public WizardPage
 public:
     explicit ColumnPage(WizardState &state, QWidget *parent = nullptr);
 
-    void initialize() override;
-    bool prepare() override;
-
-    // The form's public procedures for the expressions of the query.
-    bool isExistExpression(const QString &expression) const { return m_step.isExistExpression(expression); }
-    void replaceExpression(const QString &oldText, const QString &newText);
-    void addNewExpression(const QString &expression);
-
-    ColumnStep &step() { return m_step; }
-
 private:
+    void showOpened() override;
+    void showEntered() override;
     void fillColumnList();
     void fillExpressionList();
     void fillSelectList();
@@ -48,7 +42,7 @@ private:
     void modifyExpression();
     void deleteExpression();
 
-    ColumnStep m_step;
+    ColumnStep &m_step;
     QTreeWidget *m_selectList;
     QPushButton *m_upButton;
     QPushButton *m_downButton;

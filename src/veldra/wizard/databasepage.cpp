@@ -1,6 +1,9 @@
 #include "veldra/wizard/databasepage.h"
 
+#include "veldra/dialogs/formhelpers.h"
 #include "veldra/resources/stringtable.h"
+#include "veldra/wizard/databasestep.h"
+#include "veldra/wizard/wizardstate.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -21,7 +24,8 @@ void fillCombo(QComboBox *combo, const StepChoices &choices)
 }
 } // namespace
 
-DatabasePage::DatabasePage(WizardState &state, QWidget *parent) : WizardPage(state, parent), m_step(state)
+DatabasePage::DatabasePage(WizardState &state, QWidget *parent)
+    : WizardPage(state.database(), parent), m_step(state.database())
 {
     auto *frame = new QGroupBox(text(StringId::DatabaseStepCaption), this);
     frame->setObjectName(QStringLiteral("DatabaseFrame"));
@@ -53,23 +57,21 @@ DatabasePage::DatabasePage(WizardState &state, QWidget *parent) : WizardPage(sta
     connect(m_catalogs, &QComboBox::activated, this, &DatabasePage::catalogActivated);
 }
 
-void DatabasePage::initialize()
-{
-    m_step.initialize();
-    showLists();
-}
-
 void DatabasePage::providerActivated(int index)
 {
-    if (m_step.chooseProvider(m_providers->itemText(index)))
-        showLists();
+    form::guarded(this, [this, index] {
+        if (m_step.chooseProvider(m_providers->itemText(index)))
+            showLists();
+    });
     Q_EMIT completeChanged();
 }
 
 void DatabasePage::dataSourceActivated(int index)
 {
-    if (m_step.chooseDataSource(m_dataSources->itemText(index)))
-        showLists();
+    form::guarded(this, [this, index] {
+        if (m_step.chooseDataSource(m_dataSources->itemText(index)))
+            showLists();
+    });
     Q_EMIT completeChanged();
 }
 

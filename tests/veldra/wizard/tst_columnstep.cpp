@@ -5,6 +5,7 @@
 #include "veldra/resources/stringtable.h"
 #include "veldra/service/tsaccessor.h"
 #include "veldra/wizard/columnstep.h"
+#include "veldra/wizard/tablestep.h"
 
 #include <QTest>
 
@@ -45,11 +46,11 @@ void tst_ColumnStep::prepareFetchesUnknownTablesWithoutSharingTheCache()
     auto service = testservice::sqliteStructure({ { "staff", { "id", "boss" } } });
     auto query = testwizard::sampleQuery();
     select(*query, { "regions.name" }); // a table that is no longer chosen
+    service->levels["SQLite/Sample/main"].append("staff");
     testwizard::start(state, query, service);
-    state.accessor()->GetDatabaseStructure();
-    state.chosenTables->set("staff", QVariant());
+    state.tables().setChosen("staff", true);
 
-    ColumnStep step(state);
+    ColumnStep &step = state.columns();
     QVERIFY(step.prepare());
     const SQLInfo &definition = *state.definition();
     QCOMPARE(definition.getTableNames(), "orders,customers,staff");
@@ -78,9 +79,8 @@ void tst_ColumnStep::prepareFailsWhenATableHasNoColumns()
     auto service = testservice::sqliteStructure({ { "empty", {} } });
     testwizard::start(state, std::make_shared<SQLInfo>(), service);
     state.accessor()->setErrorReporter([](const DatabaseErrorReport &) {});
-    state.accessor()->GetDatabaseStructure();
-    state.chosenTables->set("empty", QVariant());
-    QVERIFY(!ColumnStep(state).prepare());
+    state.tables().setChosen("empty", true);
+    QVERIFY(!state.columns().prepare());
 }
 
 void tst_ColumnStep::aliasEditFollowsTheAliasRules_data()
@@ -112,7 +112,7 @@ void tst_ColumnStep::aliasEditFollowsTheAliasRules()
     QFETCH(QString, alias);
     WizardState state;
     testwizard::start(state, testwizard::sampleQuery());
-    ColumnStep step(state);
+    ColumnStep &step = state.columns();
     QVERIFY(step.prepare());
     QCOMPARE(int(step.editAlias(row, typed)), result);
     QCOMPARE(state.definition()->getColumnInfo(row)->alias(), alias);
@@ -122,7 +122,7 @@ void tst_ColumnStep::insertKeepsEachItemOnceAndRemoveSelectsTheNextRow()
 {
     WizardState state;
     testwizard::start(state, testwizard::sampleQuery());
-    ColumnStep step(state);
+    ColumnStep &step = state.columns();
     QVERIFY(step.prepare());
     QVERIFY(step.insertColumnSelection("customers", "name"));
     QVERIFY(!step.insertColumnSelection("orders", "id"));
@@ -139,7 +139,7 @@ void tst_ColumnStep::insertKeepsEachItemOnceAndRemoveSelectsTheNextRow()
     for (const QString &name : selections(state))
         step.removeSelection(name);
     QVERIFY(step.selectedName().isEmpty());
-    QVERIFY(!state.isStepComplete(WizardState::ColumnStep));
+    QVERIFY(!step.isComplete());
 }
 
 void tst_ColumnStep::expressionEditStartsInlineUpTo250Characters_data()
@@ -166,7 +166,7 @@ void tst_ColumnStep::expressionEditStartsInlineUpTo250Characters()
         addExpression(*query, expression);
     WizardState state;
     testwizard::start(state, query);
-    QCOMPARE(int(ColumnStep(state).startExpressionEdit(expression)), start);
+    QCOMPARE(int(state.columns().startExpressionEdit(expression)), start);
 }
 
 void tst_ColumnStep::expressionEditEnds_data()
@@ -201,7 +201,7 @@ void tst_ColumnStep::expressionEditEnds()
     QFETCH(QStringList, selected);
     WizardState state;
     testwizard::start(state, testwizard::sampleQuery());
-    ColumnStep step(state);
+    ColumnStep &step = state.columns();
     QVERIFY(step.prepare());
     QCOMPARE(int(step.finishExpressionEdit(oldText, newText)), end);
     QCOMPARE(step.expressionTexts(), expressions);
@@ -217,7 +217,7 @@ void tst_ColumnStep::deletingAnExpressionRemovesItsSelection()
 {
     WizardState state;
     testwizard::start(state, testwizard::sampleQuery());
-    ColumnStep step(state);
+    ColumnStep &step = state.columns();
     QVERIFY(step.prepare());
     step.setSelectedExpression("SUM(amount)");
     QVERIFY(step.canChangeExpression());
