@@ -46,6 +46,13 @@ DatabasePage::DatabasePage(WizardState &state, QWidget *parent)
     m_providers = addRow(QStringLiteral("ProviderLabel"), StringId::ProviderLabel, QStringLiteral("ProviderCombo"));
     m_dataSources = addRow(QStringLiteral("DSNLabel"), StringId::DSNLabel, QStringLiteral("DSNCombo"));
     m_catalogs = addRow(QStringLiteral("CatalogLabel"), StringId::CatalogLabel, QStringLiteral("CatalogCombo"));
+    // Ours: why the chosen data source is marked "(Unavailable)".
+    m_dataSourceReason = new QLabel(frame);
+    m_dataSourceReason->setObjectName(QStringLiteral("DSNReasonLabel"));
+    m_dataSourceReason->setTextFormat(Qt::PlainText);
+    m_dataSourceReason->setWordWrap(true);
+    m_dataSourceReason->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    form->addRow(QString(), m_dataSourceReason);
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -84,8 +91,14 @@ void DatabasePage::catalogActivated(int index)
 void DatabasePage::showLists()
 {
     fillCombo(m_providers, m_step.providers());
-    fillCombo(m_dataSources, m_step.dataSources());
+    const StepChoices dataSources = m_step.dataSources();
+    fillCombo(m_dataSources, dataSources);
+    for (int i = 0; i < dataSources.entries.size(); ++i)
+        m_dataSources->setItemData(i, m_step.unavailableReason(dataSources.entries.at(i)), Qt::ToolTipRole);
     fillCombo(m_catalogs, m_step.catalogs());
+    const QString reason = m_step.unavailableReason(m_step.dsn());
+    m_dataSourceReason->setText(reason);
+    m_dataSourceReason->setVisible(!reason.isEmpty());
 }
 
 } // namespace veldra

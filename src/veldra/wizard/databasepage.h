@@ -3,6 +3,7 @@
 #include "veldra/wizard/wizardpage.h"
 
 class QComboBox;
+class QLabel;
 
 namespace veldra {
 
@@ -28,6 +29,7 @@ private:
     QComboBox *m_providers;
     QComboBox *m_dataSources;
     QComboBox *m_catalogs;
+    QLabel *m_dataSourceReason;
 };
 
 } // namespace veldra

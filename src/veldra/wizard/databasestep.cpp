@@ -3,6 +3,7 @@
 #include "tessaly/namemap.h"
 #include "veldra/records/dbinfo.h"
 #include "veldra/records/sqlinfo.h"
+#include "veldra/resources/extratext.h"
 #include "veldra/resources/stringtable.h"
 #include "veldra/service/tsaccessor.h"
 #include "veldra/wizard/wizardstate.h"
@@ -47,6 +48,18 @@ StepChoices DatabaseStep::dataSources() const
 StepChoices DatabaseStep::catalogs() const
 {
     return choices(m_catalogs, m_catalog);
+}
+
+QString DatabaseStep::unavailableReason(const QString &entry) const
+{
+    const qsizetype index = m_dataSources.indexOf(entry);
+    if (index < 0 || m_dataSourceNames.at(index) == entry)
+        return {};
+    const QString &name = m_dataSourceNames.at(index);
+    QString reason = m_state.accessor()->failureReason(m_provider, name);
+    if (reason.isEmpty())
+        reason = extraText(ExtraText::NoCatalogsListed);
+    return extraText(ExtraText::UnavailableReason).arg(name, reason);
 }
 
 bool DatabaseStep::chooseProvider(const QString &entry)

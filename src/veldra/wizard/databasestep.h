@@ -44,6 +44,10 @@ public:
     StepChoices dataSources() const;
     StepChoices catalogs() const;
 
+    // Why a data source entry is marked "(Unavailable)", with the service's reason when its
+    // catalogs could not be listed; "" for an entry that is not marked. Asks nothing.
+    QString unavailableReason(const QString &entry) const;
+
     // A person picked an entry. A new provider refills the data sources and a new data source
     // the catalogs, choosing again what the definition names; picking the chosen entry again
     // changes nothing. True when the choice changed.

@@ -176,11 +176,13 @@ void tst_Dialogs::databaseErrorShowsTheHexCodeAndWhereTheRequestWent()
     QFETCH(QStringList, lines);
     StringTable::setLanguage(language);
     m_ui->windows = windows;
-    showDatabaseError({ -2147467259, "SQLite", "Sample", "main", "orders" });
+    showDatabaseError({ -2147467259, "SQLite", "Sample", "main", "orders", "file does not exist: /x.db" });
     QCOMPARE(m_ui->dialogs.size(), windows ? 1 : 0);
     QList<QStringList> shown = m_ui->reports;
     for (const testui::DialogSeen &seen : m_ui->dialogs) {
         QCOMPARE(seen.objectName, "WizDBErrorDialog");
+        // Beside the system's fields, the service's reason.
+        QCOMPARE(seen.texts.value("ReasonText"), "file does not exist: /x.db");
         QStringList texts{ seen.title, seen.texts.value("Label") };
         for (const QString field : { "ErrorCode", "Provider", "DSN", "Catalog", "Table" })
             texts.append(seen.texts.value(field + "Label") + ' ' + seen.texts.value(field + "Text"));

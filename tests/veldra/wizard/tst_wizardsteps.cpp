@@ -189,6 +189,9 @@ void tst_WizardSteps::databaseStepAsksOnlyForListedNames()
 
     QVERIFY(step.chooseProvider("P1"));
     QVERIFY(step.chooseDataSource(marked("D2")));
+    // The marked entry says why, from what the structure read was told.
+    QVERIFY(step.unavailableReason(marked("D2")).startsWith("D2 cannot be used: not scripted: <query>"));
+    QVERIFY(step.unavailableReason("D1").isEmpty());
     QVERIFY(step.chooseDataSource("D1"));
     step.chooseCatalog("C2");
     QCOMPARE(m_proxy->takePaths(), QStringList());
