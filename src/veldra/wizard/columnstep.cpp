@@ -4,6 +4,7 @@
 #include "veldra/records/tableinfo.h"
 #include "veldra/resources/stringtable.h"
 #include "veldra/service/tsaccessor.h"
+#include "veldra/wizard/aliasname.h"
 #include "veldra/wizard/databasestep.h"
 #include "veldra/wizard/tablestep.h"
 #include "veldra/wizard/wizardstate.h"
@@ -149,6 +150,10 @@ void ColumnStep::moveSelectionDown(const QString &displayName)
 
 bool ColumnStep::isBadAlias(const QString &alias) const
 {
+    // Beside the duplicates, an alias the engines cannot take as written: the query would
+    // fail only when it runs.
+    if (!isUsableAlias(alias))
+        return true;
     const SQLInfo &definition = *m_state.definition();
     for (const QString &name : *definition.selections()) {
         if (alias == name)

@@ -100,8 +100,27 @@ void tst_ColumnStep::aliasEditFollowsTheAliasRules_data()
     QTest::newRow("its own display name") << "orders.id" << "orders.id" << refused << "";
     QTest::newRow("comparison is exact") << "orders.id" << "total" << accepted << "total";
     QTest::newRow("empty while another row has no alias") << "orders.amount" << "" << refused << "Total";
-    QTest::newRow("an unselected item's name is free") << "orders.id" << "customers.name" << accepted
-                                                          << "customers.name";
+    QTest::newRow("an unselected item's name: no duplicate, but no name either")
+            << "orders.id" << "customers.name" << refused << "";
+    // What the engines cannot take as written is refused too.
+    QTest::newRow("a blank") << "orders.id" << "Total Revenue" << refused << "";
+    QTest::newRow("the blank label for an aliased row") << "orders.amount" << "<Blank>" << refused << "Total";
+    QTest::newRow("a hyphen") << "orders.id" << "Net-Sales" << refused << "";
+    QTest::newRow("a digit first") << "orders.id" << "2023" << refused << "";
+    QTest::newRow("digits and _ after a letter") << "orders.id" << "_id2" << accepted << "_id2";
+    QTest::newRow("letters of another script") << "orders.id" << "売上" << accepted << "売上";
+    QTest::newRow("reserved, any case") << "orders.id" << "oRdEr" << refused << "";
+    QTest::newRow("reserved first word") << "orders.id" << "Add" << refused << "";
+    QTest::newRow("reserved last word") << "orders.id" << "year" << refused << "";
+    QTest::newRow("reserved by SQLite only") << "orders.id" << "glob" << refused << "";
+    QTest::newRow("a key word either engine takes as a name") << "orders.id" << "Key" << accepted << "Key";
+    QTest::newRow("double quotes around a blank") << "orders.id" << "\"Total Revenue\"" << accepted
+                                                  << "\"Total Revenue\"";
+    QTest::newRow("a reserved word in double quotes") << "orders.id" << "\"Order\"" << accepted << "\"Order\"";
+    QTest::newRow("quotes doubled inside") << "orders.id" << "\"a\"\"b\"" << accepted << "\"a\"\"b\"";
+    QTest::newRow("a lone quote inside") << "orders.id" << "\"a\"b\"" << refused << "";
+    QTest::newRow("a comma inside quotes") << "orders.id" << "\"a,b\"" << refused << "";
+    QTest::newRow("empty quotes") << "orders.id" << "\"\"" << refused << "";
 }
 
 void tst_ColumnStep::aliasEditFollowsTheAliasRules()
