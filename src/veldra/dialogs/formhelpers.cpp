@@ -73,7 +73,11 @@ QLineEdit *newLineEdit(const QString &objectName, QWidget *parent, int character
 
 QTreeWidget *newReportList(const QString &objectName, const QList<StringId> &headers, QWidget *parent)
 {
-    auto *list = new QTreeWidget(parent);
+    return setUpReportList(new QTreeWidget(parent), objectName, headers);
+}
+
+QTreeWidget *setUpReportList(QTreeWidget *list, const QString &objectName, const QList<StringId> &headers)
+{
     list->setObjectName(objectName);
     list->setRootIsDecorated(false);
     list->setItemsExpandable(false);

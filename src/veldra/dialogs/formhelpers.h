@@ -32,6 +32,8 @@ QGroupBox *newGroupBox(const QString &objectName, StringId caption, QWidget *par
 QLineEdit *newLineEdit(const QString &objectName, QWidget *parent, int characters = 32, QLabel *label = nullptr);
 // A list in report mode: one row per entry, one column per caption, no tree decoration.
 QTreeWidget *newReportList(const QString &objectName, const QList<StringId> &headers, QWidget *parent);
+// The same for a list made elsewhere; returns it.
+QTreeWidget *setUpReportList(QTreeWidget *list, const QString &objectName, const QList<StringId> &headers);
 
 // The dialog's button row. The buttons are added by addButton, so they keep the system's names
 // and the platform's order; the caller connects them (OK usually checks before it accepts).

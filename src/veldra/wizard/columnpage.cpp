@@ -4,7 +4,9 @@
 #include "veldra/dialogs/formhelpers.h"
 #include "veldra/dialogs/wizexprdialog.h"
 #include "veldra/wizard/columnstep.h"
+#include "veldra/resources/extratext.h"
 #include "veldra/wizard/inlineeditdelegate.h"
+#include "veldra/wizard/inlineeditlist.h"
 #include "veldra/wizard/wizardstate.h"
 
 #include <QComboBox>
@@ -12,6 +14,7 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QMenu>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTreeWidget>
@@ -26,12 +29,21 @@ namespace {
 
 enum SelectColumn { AliasColumn, TypeColumn, NameColumn };
 
+QString aliasTip()
+{
+    return extraText(ExtraText::AliasEditTip) + u'\n' + extraText(ExtraText::AliasRuleTip);
+}
+
 // Items are edited in place only where the page allows it, and never by a double-click: that
 // inserts or removes.
-void allowInlineEdit(QTreeWidget *list, InlineEditDelegate *delegate)
+QTreeWidget *newEditableList(const QString &objectName, const QList<StringId> &headers, int editColumn,
+                             InlineEditDelegate **delegate, QWidget *parent)
 {
-    list->setItemDelegate(delegate);
-    list->setEditTriggers(QAbstractItemView::SelectedClicked | QAbstractItemView::EditKeyPressed);
+    auto *list = new InlineEditList(editColumn, parent);
+    setUpReportList(list, objectName, headers);
+    *delegate = new InlineEditDelegate(editColumn, list);
+    list->setItemDelegate(*delegate);
+    return list;
 }
 
 } // namespace
@@ -60,9 +72,9 @@ ColumnPage::ColumnPage(WizardState &state, QWidget *parent)
     columnLayout->addWidget(m_columnList, 1);
 
     auto *functionTab = new QWidget(m_tabs);
-    m_exprList = newReportList(QStringLiteral("SelectExprList"), { StringId::FunctionListHeader }, functionTab);
-    auto *exprDelegate = new InlineEditDelegate(0, m_exprList);
-    allowInlineEdit(m_exprList, exprDelegate);
+    InlineEditDelegate *exprDelegate = nullptr;
+    m_exprList = newEditableList(QStringLiteral("SelectExprList"), { StringId::FunctionListHeader }, 0, &exprDelegate,
+                                 functionTab);
     auto *addButton = newButton(QStringLiteral("ExprAddButton"), StringId::ExprAddButton, functionTab);
     m_exprEditButton = newButton(QStringLiteral("ExprEditButton"), StringId::ExprModifyButton, functionTab);
     m_exprDeleteButton = newButton(QStringLiteral("ExprDeleteButton"), StringId::ExprDeleteButton, functionTab);
@@ -90,10 +102,22 @@ ColumnPage::ColumnPage(WizardState &state, QWidget *parent)
     moveButtons->addStretch(1);
 
     auto *selectFrame = newGroupBox(QStringLiteral("SelectFrame"), StringId::SelectFrameCaption, this);
-    m_selectList = newReportList(QStringLiteral("SelectList"),
-                                 { StringId::SelectAliasHeader, StringId::SelectTypeHeader,
-                                   StringId::SelectColumnQueryHeader },
-                                 selectFrame);
+    InlineEditDelegate *aliasDelegate = nullptr;
+    m_selectList = newEditableList(QStringLiteral("SelectList"),
+                                   { StringId::SelectAliasHeader, StringId::SelectTypeHeader,
+                                     StringId::SelectColumnQueryHeader },
+                                   AliasColumn, &aliasDelegate, selectFrame);
+    // A double click removes a row, as it always did; renaming is told here and offered in a
+    // menu.
+    m_selectList->headerItem()->setToolTip(AliasColumn, aliasTip());
+    m_selectList->setContextMenuPolicy(Qt::CustomContextMenu);
+    m_selectMenu = new QMenu(m_selectList);
+    m_selectMenu->setObjectName(QStringLiteral("SelectListMenu"));
+    m_renameAction = m_selectMenu->addAction(extraText(ExtraText::RenameAliasAction));
+    m_renameAction->setObjectName(QStringLiteral("RenameAliasAction"));
+    m_renameAction->setShortcut(QKeySequence(Qt::Key_F2));
+    m_removeAction = m_selectMenu->addAction(text(StringId::SelectRemoveButton));
+    m_removeAction->setObjectName(QStringLiteral("RemoveSelectionAction"));
     // The display name takes what the alias and the type leave, and is never cut short: a
     // longer one widens its column and the list scrolls sideways (see fillSelectList).
     const int averageChar = m_selectList->fontMetrics().averageCharWidth();
@@ -101,8 +125,6 @@ ColumnPage::ColumnPage(WizardState &state, QWidget *parent)
     header->setSectionResizeMode(TypeColumn, QHeaderView::ResizeToContents);
     header->resizeSection(AliasColumn, averageChar * 12);
     m_selectList->setMinimumWidth(averageChar * 36);
-    auto *aliasDelegate = new InlineEditDelegate(AliasColumn, m_selectList);
-    allowInlineEdit(m_selectList, aliasDelegate);
     m_upButton = newButton(QStringLiteral("SelectUpButton"), StringId::SelectUpButton, selectFrame);
     m_downButton = newButton(QStringLiteral("SelectDownButton"), StringId::SelectDownButton, selectFrame);
     auto *orderButtons = new QVBoxLayout;
@@ -135,6 +157,12 @@ ColumnPage::ColumnPage(WizardState &state, QWidget *parent)
         updateButtons();
     });
     connect(m_selectList, &QTreeWidget::itemDoubleClicked, this, &ColumnPage::removeClicked);
+    connect(m_selectList, &QWidget::customContextMenuRequested, this, &ColumnPage::showSelectMenu);
+    connect(m_renameAction, &QAction::triggered, this, [this] {
+        if (QTreeWidgetItem *item = m_selectList->currentItem())
+            m_selectList->editItem(item, AliasColumn);
+    });
+    connect(m_removeAction, &QAction::triggered, this, &ColumnPage::removeClicked);
     connect(m_insertButton, &QPushButton::clicked, this, &ColumnPage::insertClicked);
     connect(m_removeButton, &QPushButton::clicked, this, &ColumnPage::removeClicked);
     connect(m_upButton, &QPushButton::clicked, this, [this] { moveClicked(-1); });
@@ -229,11 +257,21 @@ void ColumnPage::fillSelectList()
     for (const ColumnStep::SelectRow &row : rows) {
         auto *item = new QTreeWidgetItem(m_selectList, QStringList{ row.label, row.type, row.displayName });
         item->setFlags(item->flags() | Qt::ItemIsEditable);
+        item->setToolTip(AliasColumn, aliasTip());
     }
     m_selectList->resizeColumnToContents(NameColumn);
     if (selected >= 0)
         m_selectList->setCurrentItem(m_selectList->topLevelItem(selected));
     updateButtons();
+}
+
+void ColumnPage::showSelectMenu(const QPoint &position)
+{
+    QTreeWidgetItem *item = m_selectList->itemAt(position);
+    if (!item)
+        return;
+    m_selectList->setCurrentItem(item);
+    m_selectMenu->popup(m_selectList->viewport()->mapToGlobal(position));
 }
 
 QString ColumnPage::selectedDisplayName() const

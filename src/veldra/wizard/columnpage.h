@@ -2,7 +2,9 @@
 
 #include "veldra/wizard/wizardpage.h"
 
+class QAction;
 class QComboBox;
+class QMenu;
 class QPushButton;
 class QTabWidget;
 class QTreeWidget;
@@ -34,6 +36,7 @@ private:
 
     void insertClicked();
     void removeClicked();
+    void showSelectMenu(const QPoint &position);
     void moveClicked(int by);
     void aliasEdited(int row, const QString &oldText, const QString &newText);
     void expressionEdited(const QString &oldText, const QString &newText);
@@ -44,6 +47,9 @@ private:
 
     ColumnStep &m_step;
     QTreeWidget *m_selectList;
+    QMenu *m_selectMenu;
+    QAction *m_renameAction;
+    QAction *m_removeAction;
     QPushButton *m_upButton;
     QPushButton *m_downButton;
     QPushButton *m_insertButton;
