@@ -4,7 +4,9 @@
 #include "tessaly/busycursor.h"
 #include "tessaly/uiservice.h"
 #include "veldra/dialogs/formhelpers.h"
+#include "veldra/resources/extratext.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
@@ -69,9 +71,14 @@ WizParamDBGetDialog::WizParamDBGetDialog(QWidget *parent) : QDialog(parent)
     form::addButton(buttons, QStringLiteral("CancelButton"), StringId::DBGetCancelButton, QDialogButtonBox::RejectRole);
     m_ok->setDefault(true);
 
+    // Ours, beside the system's controls: raw column contents are no SQL the condition can carry.
+    m_asLiterals = new QCheckBox(extraText(ExtraText::StoreAsLiteralsCheck), this);
+    m_asLiterals->setObjectName(QStringLiteral("ParamDBGLiteralCheck"));
+
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(tableRow);
     layout->addLayout(grid, 1);
+    layout->addWidget(m_asLiterals);
     layout->addWidget(buttons);
 
     // A pair is one row in two lists: they scroll and select together.
@@ -83,6 +90,10 @@ WizParamDBGetDialog::WizParamDBGetDialog(QWidget *parent) : QDialog(parent)
     connect(m_tables, &QComboBox::currentIndexChanged, this, &WizParamDBGetDialog::tableChosen);
     connect(m_keyColumns, &QComboBox::currentIndexChanged, this, &WizParamDBGetDialog::keyColumnChosen);
     connect(m_valueColumns, &QComboBox::currentIndexChanged, this, &WizParamDBGetDialog::valueColumnChosen);
+    connect(m_asLiterals, &QCheckBox::toggled, this, [this](bool on) {
+        m_decision.setStoreAsLiterals(on);
+        showResult();
+    });
     connect(buttons, &QDialogButtonBox::accepted, this, &WizParamDBGetDialog::okClicked);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
@@ -168,7 +179,8 @@ void WizParamDBGetDialog::showResult()
 {
     m_keys->clear();
     m_names->clear();
-    const tessaly::NameMap &pairs = *m_decision.result();
+    const std::shared_ptr<tessaly::NameMap> stored = m_decision.valuesToStore();
+    const tessaly::NameMap &pairs = *stored;
     QStringList keys;
     QStringList names;
     keys.reserve(pairs.count());

@@ -6,6 +6,7 @@
 
 #include <optional>
 
+class QCheckBox;
 class QComboBox;
 class QListWidget;
 class QPushButton;
@@ -26,7 +27,8 @@ public:
     // accessor (the wizard's, whose cache knows them).
     void start(TSAccessor *accessor, const std::shared_ptr<dbInfo> &database);
 
-    const std::shared_ptr<tessaly::NameMap> &result() const { return m_decision.result(); }
+    // What OK stores: the pairs read, their values made SQL literals when the person chose so.
+    std::shared_ptr<tessaly::NameMap> result() const { return m_decision.valuesToStore(); }
 
 private:
     void fillTables();
@@ -43,6 +45,7 @@ private:
     QComboBox *m_valueColumns;
     QListWidget *m_keys;
     QListWidget *m_names;
+    QCheckBox *m_asLiterals;
     QPushButton *m_ok;
 };
 

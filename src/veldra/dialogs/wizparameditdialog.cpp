@@ -2,6 +2,7 @@
 
 #include "tessaly/uiservice.h"
 #include "veldra/dialogs/formhelpers.h"
+#include "veldra/resources/extratext.h"
 #include "veldra/dialogs/wizparamdbgetdialog.h"
 #include "veldra/dialogs/wizparamvaleditdialog.h"
 #include "veldra/records/paraminfo.h"
@@ -16,6 +17,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalBlocker>
+#include <QStyle>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -59,16 +61,28 @@ WizParamEditDialog::WizParamEditDialog(QWidget *parent) : QDialog(parent)
     QPushButton *modify = form::newButton(QStringLiteral("EditButton"), StringId::ParamEditModifyButton, m_valueFrame);
     QPushButton *remove = form::newButton(QStringLiteral("DeleteButton"), StringId::ParamEditDeleteButton, m_valueFrame);
     QPushButton *get = form::newButton(QStringLiteral("GetButton"), StringId::ParamEditGetFromDBButton, m_valueFrame);
+    // Ours, beside the system's buttons: values the condition cannot carry as written are told
+    // below the list and quoted with one click.
+    m_quote = new QPushButton(extraText(ExtraText::QuoteValuesButton), m_valueFrame);
+    m_quote->setObjectName(QStringLiteral("QuoteButton"));
+    m_quote->setToolTip(extraText(ExtraText::QuoteValuesTip));
+    m_warning = new QLabel(m_valueFrame);
+    m_warning->setObjectName(QStringLiteral("ValueWarningLabel"));
+    m_warning->setTextFormat(Qt::PlainText);
+    m_warning->setWordWrap(true);
     auto *side = new QVBoxLayout;
     side->addWidget(add);
     side->addWidget(modify);
     side->addWidget(remove);
     side->addSpacing(8);
     side->addWidget(get);
+    side->addWidget(m_quote);
     side->addStretch(1);
-    auto *valueLayout = new QHBoxLayout(m_valueFrame);
-    valueLayout->addWidget(m_values, 1);
-    valueLayout->addLayout(side);
+    auto *valueLayout = new QGridLayout(m_valueFrame);
+    valueLayout->addWidget(m_values, 0, 0);
+    valueLayout->addLayout(side, 0, 1);
+    valueLayout->addWidget(m_warning, 1, 0, 1, 2);
+    valueLayout->setRowStretch(0, 1);
 
     QDialogButtonBox *buttons = form::newButtonBox(this);
     m_ok = form::addButton(buttons, QStringLiteral("OKButton"), StringId::ParamEditOKButton,
@@ -90,6 +104,7 @@ WizParamEditDialog::WizParamEditDialog(QWidget *parent) : QDialog(parent)
     connect(modify, &QPushButton::clicked, this, &WizParamEditDialog::modifyValueClicked);
     connect(remove, &QPushButton::clicked, this, &WizParamEditDialog::deleteValueClicked);
     connect(get, &QPushButton::clicked, this, &WizParamEditDialog::getFromDBClicked);
+    connect(m_quote, &QPushButton::clicked, this, &WizParamEditDialog::quoteClicked);
     connect(buttons, &QDialogButtonBox::accepted, this, &WizParamEditDialog::okClicked);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
@@ -135,8 +150,12 @@ void WizParamEditDialog::fillValues()
     QList<QTreeWidgetItem *> items;
     items.reserve(rows.size());
     QTreeWidgetItem *selected = nullptr;
+    const QStringList nonLiterals = m_decision.nonLiteralValues();
+    const QIcon warning = style()->standardIcon(QStyle::SP_MessageBoxWarning);
     for (const SelectionValueRow &row : rows) {
         items.append(new QTreeWidgetItem(QStringList{ row.value, row.name }));
+        if (nonLiterals.contains(row.value))
+            items.last()->setIcon(0, warning);
         if (row.selected)
             selected = items.last();
     }
@@ -145,6 +164,11 @@ void WizParamEditDialog::fillValues()
     m_values->setCurrentItem(selected);
     if (selected)
         m_values->scrollToItem(selected);
+    // A warning, not a refusal: OK keeps its own rule.
+    m_quote->setEnabled(!nonLiterals.isEmpty());
+    m_warning->setText(nonLiterals.isEmpty() ? QString()
+                                             : extraText(ExtraText::NotLiteralWarning).arg(nonLiterals.join(QLatin1String(", "))));
+    m_warning->setVisible(!nonLiterals.isEmpty());
     applyValidity();
 }
 
@@ -194,10 +218,17 @@ void WizParamEditDialog::modifyValueClicked()
     if (row < 0)
         return;
     const QTreeWidgetItem *item = m_values->topLevelItem(row);
-    if (const std::optional<SelectionValue> changed = editSelectionValue(this, item->text(0), item->text(1))) {
-        m_decision.storeValue(changed->value, changed->name);
+    const QString oldValue = item->text(0);
+    if (const std::optional<SelectionValue> changed = editSelectionValue(this, oldValue, item->text(1))) {
+        m_decision.modifyValue(oldValue, changed->value, changed->name);
         fillValues();
     }
+}
+
+void WizParamEditDialog::quoteClicked()
+{
+    if (m_decision.quoteValues())
+        fillValues();
 }
 
 void WizParamEditDialog::deleteValueClicked()

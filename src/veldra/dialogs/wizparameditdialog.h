@@ -9,6 +9,7 @@
 
 class QButtonGroup;
 class QGroupBox;
+class QLabel;
 class QLineEdit;
 class QPushButton;
 class QTreeWidget;
@@ -59,6 +60,7 @@ private:
     void modifyValueClicked();
     void deleteValueClicked();
     void getFromDBClicked();
+    void quoteClicked();
     int selectedValueRow() const;
 
     ParamEditDecision m_decision;
@@ -68,6 +70,8 @@ private:
     QButtonGroup *m_type;
     QGroupBox *m_valueFrame;
     QTreeWidget *m_values;
+    QPushButton *m_quote;
+    QLabel *m_warning;
     QPushButton *m_ok;
 };
 

@@ -19,6 +19,7 @@
 
 #include <QApplication>
 #include <QButtonGroup>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -438,14 +439,28 @@ void tst_ParamDialogs::valuesAreAddedModifiedAndDeletedByHand()
     click(dialog, "EditButton");
     QCOMPARE(rows(dialog, "ParamValList"), (QStringList{ "NE|North East Region*", "SE|South East" }));
 
+    // A changed value keeps its row; values that are no SQL literal are told and quoted on request.
+    QVERIFY(the<QLabel>(dialog, "ValueWarningLabel")->text().contains("NE, SE"));
+    m_ui->then([](QDialog &values) {
+        the<QLineEdit>(values, "ParamValKeyText")->setText("'NE'");
+        click(values, "OKButton");
+    });
+    click(dialog, "EditButton");
+    QCOMPARE(rows(dialog, "ParamValList"), (QStringList{ "'NE'|North East Region*", "SE|South East" }));
+    QVERIFY(the<QLabel>(dialog, "ValueWarningLabel")->text().contains(": SE."));
+    click(dialog, "QuoteButton");
+    QCOMPARE(rows(dialog, "ParamValList"), (QStringList{ "'NE'|North East Region*", "'SE'|South East" }));
+    QVERIFY(the<QLabel>(dialog, "ValueWarningLabel")->isHidden());
+    QVERIFY(!enabled(dialog, "QuoteButton"));
+
     click(dialog, "DeleteButton");
-    QCOMPARE(rows(dialog, "ParamValList"), QStringList{ "SE|South East*" });
+    QCOMPARE(rows(dialog, "ParamValList"), QStringList{ "'SE'|South East*" });
     QVERIFY(enabled(dialog, "OKButton"));
     click(dialog, "DeleteButton");
     QVERIFY(rows(dialog, "ParamValList").isEmpty());
     QVERIFY(!enabled(dialog, "OKButton"));
     click(dialog, "EditButton"); // no row: nothing opens
-    QCOMPARE(m_ui->dialogs.size(), 3);
+    QCOMPARE(m_ui->dialogs.size(), 4);
     QVERIFY(m_ui->messages.isEmpty());
 }
 
@@ -515,13 +530,18 @@ void tst_ParamDialogs::valuesFromTwoColumnsReplaceTheOldOnes()
         QCOMPARE(items(get, "ParamDBGValColList").size(), 6);
         QVERIFY(enabled(get, "OKButton"));
         QVERIFY(m_ui->busyCalls > 0); // the requests ran under the busy cursor
+        // Stored as literals on request: the lists show what OK stores.
+        QVERIFY(!the<QCheckBox>(get, "ParamDBGLiteralCheck")->isChecked());
+        the<QCheckBox>(get, "ParamDBGLiteralCheck")->click();
+        QVERIFY(items(get, "ParamDBGKeyColList").contains("'NE'"));
         click(get, "OKButton");
     });
     click(dialog, "GetButton");
     QVERIFY(m_ui->closedByScript);
     QCOMPARE(edited->selections()->count(), 6);
     QVERIFY(!edited->selections()->contains("XX"));
-    QCOMPARE(edited->selections()->item("NE").toString(), "North East");
+    QCOMPARE(edited->selections()->item("'NE'").toString(), "North East");
+    QVERIFY(the<QLabel>(dialog, "ValueWarningLabel")->isHidden());
     QCOMPARE(rows(dialog, "ParamValList").size(), 6);
     QVERIFY(enabled(dialog, "OKButton"));
     QCOMPARE(m_ui->dialogs.size(), 1); // no database error on the way
