@@ -103,6 +103,7 @@ void ParamEditDecision::modifyValue(const QString &oldValue, const QString &valu
         return storeValue(value, name);
     const tessaly::NameMap &values = *m_parameter->selections();
     QList<std::pair<QString, QVariant>> pairs;
+    // Another row of the new value goes, whether it stood before or after the edited one.
     for (int i = 0; i < values.count(); ++i) {
         if (values.key(i) == oldValue)
             pairs.append({ value, name });

@@ -4,6 +4,8 @@
 #include "veldra/service/databaseerrorreport.h"
 #include "veldra/dialogs/exprdialogdecision.h"
 #include "veldra/dialogs/expressionchecker.h"
+#include "veldra/dialogs/formhelpers.h"
+#include "tessaly/error.h"
 #include "veldra/dialogs/wizdberrordialog.h"
 #include "veldra/dialogs/wizexprdialog.h"
 #include "veldra/resources/stringtable.h"
@@ -54,6 +56,7 @@ private Q_SLOTS:
     void databaseErrorShowsTheHexCodeAndWhereTheRequestWent_data();
     void databaseErrorShowsTheHexCodeAndWhereTheRequestWent();
     void databaseErrorDialogClosesOnOkOnlyAndDetailDoesNothing();
+    void anErrorInAHandlerIsShownToThePerson();
     void consoleWritesOneLineAndAnswersQuestionsNegatively_data();
     void consoleWritesOneLineAndAnswersQuestionsNegatively();
 
@@ -199,6 +202,15 @@ void tst_Dialogs::databaseErrorDialogClosesOnOkOnlyAndDetailDoesNothing()
     QVERIFY(!m_ui->closedByScript);
     m_ui->script = [](QDialog &shown) { press(shown, "OKButton"); };
     QCOMPARE(m_ui->execDialog(dialog), int(QDialog::Accepted));
+}
+
+void tst_Dialogs::anErrorInAHandlerIsShownToThePerson()
+{
+    WizExprDialog dialog;
+    dialog.setWindowTitle("Edit expression");
+    QVERIFY(form::guarded(&dialog, [] {}));
+    QVERIFY(!form::guarded(&dialog, [] { throw tessaly::Error(tessaly::ErrorNumber::Fail, "the file is gone"); }));
+    QCOMPARE(m_ui->reports, QList<QStringList>{ QStringList({ "Edit expression", "the file is gone" }) });
 }
 
 void tst_Dialogs::consoleWritesOneLineAndAnswersQuestionsNegatively_data()

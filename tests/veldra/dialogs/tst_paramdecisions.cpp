@@ -225,7 +225,8 @@ void tst_ParamDecisions::selectionValueEditsKeepTheOrderAndChooseARow_data()
     QTest::newRow("delete the last") << "delete" << "2" << "a=A b=B*";
     QTest::newRow("modify the name only: in place") << "modify" << "b>b=Bee" << "a=A b=Bee* c=C";
     QTest::newRow("modify the value: in the row's place") << "modify" << "b>x=X" << "a=A x=X* c=C";
-    QTest::newRow("modify into a held value: one row") << "modify" << "a>c=See" << "c=See* b=B";
+    QTest::newRow("modify into a later value: one row") << "modify" << "a>c=See" << "c=See* b=B";
+    QTest::newRow("modify into an earlier value: one row") << "modify" << "c>a=Aye" << "b=B a=Aye*";
 }
 
 void tst_ParamDecisions::selectionValueEditsKeepTheOrderAndChooseARow()
