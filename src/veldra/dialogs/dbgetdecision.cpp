@@ -1,6 +1,7 @@
 #include "veldra/dialogs/dbgetdecision.h"
 
 #include "tessaly/namemap.h"
+#include "veldra/dialogs/sqlliteral.h"
 #include "veldra/records/dbinfo.h"
 #include "veldra/records/tableinfo.h"
 #include "veldra/service/tsaccessor.h"
@@ -91,6 +92,16 @@ bool DBGetDecision::chooseValueColumn(const QString &column)
 bool DBGetDecision::okEnabled() const
 {
     return m_result && !m_result->isEmpty();
+}
+
+std::shared_ptr<tessaly::NameMap> DBGetDecision::valuesToStore() const
+{
+    if (!m_storeAsLiterals)
+        return m_result;
+    auto literals = std::make_shared<tessaly::NameMap>();
+    for (int i = 0; i < m_result->count(); ++i)
+        literals->set(literalOfContent(m_result->key(i)), m_result->item(i));
+    return literals;
 }
 
 void DBGetDecision::rebuildResult()

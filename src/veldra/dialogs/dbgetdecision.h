@@ -45,6 +45,13 @@ public:
     const std::shared_ptr<tessaly::NameMap> &result() const { return m_result; }
     bool okEnabled() const;
 
+    // Off at first: the values are stored as the columns hold them. On, text values become SQL
+    // literals ('North East') and numbers stay as they are, so the condition can carry them.
+    void setStoreAsLiterals(bool on) { m_storeAsLiterals = on; }
+    bool storesAsLiterals() const { return m_storeAsLiterals; }
+    // The pairs as they would be stored: the result, or a new map of it with literal values.
+    std::shared_ptr<tessaly::NameMap> valuesToStore() const;
+
 private:
     void rebuildResult();
 
@@ -55,6 +62,7 @@ private:
     QString m_keyColumn;
     QString m_valueColumn;
     std::shared_ptr<tessaly::NameMap> m_result;
+    bool m_storeAsLiterals = false;
 };
 
 } // namespace veldra

@@ -1,5 +1,8 @@
 #include "veldra/dialogs/formhelpers.h"
 
+#include "tessaly/error.h"
+#include "tessaly/uiservice.h"
+
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QHeaderView>
@@ -70,7 +73,11 @@ QLineEdit *newLineEdit(const QString &objectName, QWidget *parent, int character
 
 QTreeWidget *newReportList(const QString &objectName, const QList<StringId> &headers, QWidget *parent)
 {
-    auto *list = new QTreeWidget(parent);
+    return setUpReportList(new QTreeWidget(parent), objectName, headers);
+}
+
+QTreeWidget *setUpReportList(QTreeWidget *list, const QString &objectName, const QList<StringId> &headers)
+{
     list->setObjectName(objectName);
     list->setRootIsDecorated(false);
     list->setItemsExpandable(false);
@@ -105,13 +112,22 @@ int textWidth(const QWidget *widget, int characters)
     return widget->fontMetrics().averageCharWidth() * characters;
 }
 
-void guarded(const char *where, const std::function<void()> &handler)
+bool guarded(const QWidget *form, const std::function<void()> &handler)
 {
+    QString reason;
     try {
         handler();
+        return true;
+    } catch (const tessaly::Error &error) {
+        reason = error.message();
     } catch (const std::exception &error) {
-        qWarning("%s: %s", where, error.what());
+        reason = QString::fromLocal8Bit(error.what());
     }
+    QString title = form ? form->window()->windowTitle() : QString();
+    if (title.isEmpty())
+        title = text(StringId::WizardCaption);
+    tessaly::UiService::instance().report(title, { reason });
+    return false;
 }
 
 } // namespace veldra::form

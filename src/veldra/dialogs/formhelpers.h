@@ -32,6 +32,8 @@ QGroupBox *newGroupBox(const QString &objectName, StringId caption, QWidget *par
 QLineEdit *newLineEdit(const QString &objectName, QWidget *parent, int characters = 32, QLabel *label = nullptr);
 // A list in report mode: one row per entry, one column per caption, no tree decoration.
 QTreeWidget *newReportList(const QString &objectName, const QList<StringId> &headers, QWidget *parent);
+// The same for a list made elsewhere; returns it.
+QTreeWidget *setUpReportList(QTreeWidget *list, const QString &objectName, const QList<StringId> &headers);
 
 // The dialog's button row. The buttons are added by addButton, so they keep the system's names
 // and the platform's order; the caller connects them (OK usually checks before it accepts).
@@ -42,8 +44,9 @@ QPushButton *addButton(QDialogButtonBox *box, const QString &objectName, StringI
 // The width of `characters` average characters in the widget's font.
 int textWidth(const QWidget *widget, int characters);
 
-// Runs the handler of a person's action. An error must not reach the event loop: it is logged
-// with `where`, and the form stays as it is.
-void guarded(const char *where, const std::function<void()> &handler);
+// Runs the handler of a person's action. An error must not reach the event loop: it is shown to
+// the person through the UI service, titled with the caption of the window that holds `form`,
+// and the form stays as it is. True when the handler ran to its end.
+bool guarded(const QWidget *form, const std::function<void()> &handler);
 
 } // namespace veldra::form

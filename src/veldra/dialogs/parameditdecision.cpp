@@ -2,6 +2,7 @@
 
 #include "tessaly/namemap.h"
 #include "veldra/dialogs/listselection.h"
+#include "veldra/dialogs/sqlliteral.h"
 #include "veldra/records/paraminfo.h"
 
 namespace veldra {
@@ -94,6 +95,60 @@ void ParamEditDecision::storeValue(const QString &value, const QString &name)
         m_parameter->setSelections(std::make_shared<tessaly::NameMap>());
     m_parameter->selections()->setText(value, name);
     m_selectedValue = value;
+}
+
+void ParamEditDecision::modifyValue(const QString &oldValue, const QString &value, const QString &name)
+{
+    if (value == oldValue || !m_parameter || !m_parameter->selections() || !m_parameter->selections()->contains(oldValue))
+        return storeValue(value, name);
+    const tessaly::NameMap &values = *m_parameter->selections();
+    QList<std::pair<QString, QVariant>> pairs;
+    // Another row of the new value goes, whether it stood before or after the edited one.
+    for (int i = 0; i < values.count(); ++i) {
+        if (values.key(i) == oldValue)
+            pairs.append({ value, name });
+        else if (values.key(i) != value)
+            pairs.append({ values.key(i), values.item(i) });
+    }
+    rebuildValues(pairs);
+    m_selectedValue = value;
+}
+
+QStringList ParamEditDecision::nonLiteralValues() const
+{
+    QStringList values;
+    if (!m_parameter || !m_parameter->selections())
+        return values;
+    const tessaly::NameMap &held = *m_parameter->selections();
+    for (int i = 0; i < held.count(); ++i) {
+        if (!isSqlLiteral(held.key(i)))
+            values.append(held.key(i));
+    }
+    return values;
+}
+
+bool ParamEditDecision::quoteValues()
+{
+    if (nonLiteralValues().isEmpty())
+        return false;
+    const tessaly::NameMap &values = *m_parameter->selections();
+    QList<std::pair<QString, QVariant>> pairs;
+    for (int i = 0; i < values.count(); ++i)
+        pairs.append({ quotedValue(values.key(i)), values.item(i) });
+    rebuildValues(pairs);
+    if (!m_selectedValue.isEmpty())
+        m_selectedValue = quotedValue(m_selectedValue);
+    return true;
+}
+
+void ParamEditDecision::rebuildValues(const QList<std::pair<QString, QVariant>> &pairs)
+{
+    tessaly::NameMap &values = *m_parameter->selections();
+    values.clear();
+    for (const auto &[value, name] : pairs) {
+        if (!values.contains(value))
+            values.set(value, name);
+    }
 }
 
 void ParamEditDecision::takeValues(const std::shared_ptr<tessaly::NameMap> &values)

@@ -2,6 +2,8 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
+#include <QVariant>
 
 #include <memory>
 
@@ -57,6 +59,15 @@ public:
     // From the value edit dialog: the value takes this name (added, or renamed when held) and
     // becomes the chosen one.
     void storeValue(const QString &value, const QString &name);
+    // Modify of the row holding oldValue: a new name replaces the old in place; a changed value
+    // takes the row's place too (a row already holding the new value merges into it), so no
+    // row of the old value is left behind.
+    void modifyValue(const QString &oldValue, const QString &value, const QString &name);
+    // The values the condition would carry as written although they are no SQL literal.
+    QStringList nonLiteralValues() const;
+    // Quote: each of those becomes a text literal in its place, its name kept; a value that is
+    // then held twice keeps its first row. False when there was nothing to quote.
+    bool quoteValues();
     // From the retrieve-from-database dialog: these values replace the old ones whole.
     void takeValues(const std::shared_ptr<tessaly::NameMap> &values);
     void removeValue(const QString &value);
@@ -68,6 +79,10 @@ public:
     std::shared_ptr<ParamInfo> committedCopy() const;
 
 private:
+    // Replaces the selection values by these pairs, in this order, the first of a repeated
+    // value winning; the map stays the same object.
+    void rebuildValues(const QList<std::pair<QString, QVariant>> &pairs);
+
     std::shared_ptr<ParamInfo> m_parameter;
     QString m_selectedValue;
 };

@@ -3,6 +3,7 @@
 #include "tessaly/error.h"
 #include "tessaly/uiservice.h"
 #include "veldra/dialogs/formhelpers.h"
+#include "veldra/resources/extratext.h"
 #include "veldra/resources/stringtable.h"
 
 #include <QApplication>
@@ -10,6 +11,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QStyle>
 #include <QVBoxLayout>
@@ -57,6 +59,20 @@ WizDBErrorDialog::WizDBErrorDialog(QWidget *parent) : QDialog(parent)
     m_catalog = addRow(QStringLiteral("CatalogLabel"), StringId::DBErrorCatalogLabel, QStringLiteral("CatalogText"));
     m_table = addRow(QStringLiteral("TableLabel"), StringId::DBErrorTableLabel, QStringLiteral("TableText"));
     m_errorCode = addRow(QStringLiteral("ErrorCodeLabel"), StringId::DBErrorCodeLabel, QStringLiteral("ErrorCodeText"));
+    // Ours, beside the system's fields: what the service said, which the code alone does not.
+    m_reasonLabel = new QLabel(extraText(ExtraText::ReasonLabel), this);
+    m_reasonLabel->setObjectName(QStringLiteral("ReasonLabel"));
+    m_reasonLabel->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    m_reason = new QPlainTextEdit(this);
+    m_reason->setObjectName(QStringLiteral("ReasonText"));
+    m_reason->setReadOnly(true);
+    m_reason->setMinimumWidth(form::textWidth(m_reason, 44));
+    m_reason->setFixedHeight(m_reason->fontMetrics().lineSpacing() * 4);
+    m_reasonLabel->setBuddy(m_reason);
+    const int reasonRow = grid->rowCount();
+    grid->addWidget(m_reasonLabel, reasonRow, 0);
+    grid->addWidget(m_reason, reasonRow, 1);
+    setReason(QString());
 
     QDialogButtonBox *buttons = form::newButtonBox(this);
     QPushButton *ok = form::addButton(buttons, QStringLiteral("OKButton"), StringId::DBErrorOKButton,
@@ -121,6 +137,13 @@ void WizDBErrorDialog::setTable(const QString &table)
     m_table->setCursorPosition(0);
 }
 
+void WizDBErrorDialog::setReason(const QString &reason)
+{
+    m_reason->setPlainText(reason);
+    m_reasonLabel->setVisible(!reason.isEmpty());
+    m_reason->setVisible(!reason.isEmpty());
+}
+
 void showDatabaseError(const DatabaseErrorReport &report)
 {
     tessaly::UiService &ui = tessaly::UiService::instance();
@@ -136,6 +159,7 @@ void showDatabaseError(const DatabaseErrorReport &report)
     dialog.setDataSource(report.dsn);
     dialog.setCatalog(report.catalog);
     dialog.setTable(report.table);
+    dialog.setReason(report.message);
     ui.execDialog(dialog);
 }
 

@@ -6,11 +6,13 @@
 
 class QLabel;
 class QLineEdit;
+class QPlainTextEdit;
 
 namespace veldra {
 
-// Tells the user that a request for database structure failed: a message, the error code and
-// where the request went. Filled and shown by showDatabaseError().
+// Tells the user that a request for database structure failed: a message, the error code,
+// where the request went and, below them, the service's reason. Filled and shown by
+// showDatabaseError().
 class WizDBErrorDialog : public QDialog
 {
     Q_OBJECT
@@ -24,6 +26,8 @@ public:
     void setDataSource(const QString &dsn);
     void setCatalog(const QString &catalog);
     void setTable(const QString &table);
+    // Shown only when there is one.
+    void setReason(const QString &reason);
 
 private:
     QLabel *m_label;
@@ -32,6 +36,8 @@ private:
     QLineEdit *m_dataSource;
     QLineEdit *m_catalog;
     QLineEdit *m_table;
+    QLabel *m_reasonLabel;
+    QPlainTextEdit *m_reason;
 };
 
 // The desktop's DatabaseErrorReporter: shows the dialog modally through the UI service, or, on a

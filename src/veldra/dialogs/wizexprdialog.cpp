@@ -10,7 +10,6 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include <exception>
 
 namespace veldra {
 
@@ -57,18 +56,12 @@ bool WizExprDialog::Popup(const ExpressionChecker *checker, bool editMode)
 
 void WizExprDialog::okClicked()
 {
-    if (!m_checker) {
-        qWarning("WizExprDialog: OK without an expression checker; use Popup()");
-        return;
-    }
     ExprDialogDecision decision;
-    try {
-        decision = decideExpression(m_text->toPlainText(), m_expression, m_editMode, *m_checker);
-    } catch (const std::exception &error) {
-        // A slot must not let an error into the event loop; the dialog stays open.
-        qWarning("WizExprDialog: the existence check failed: %s", error.what());
+    // Without a checker (the dialog shown without Popup) nothing can be decided: OK does nothing.
+    if (!m_checker || !form::guarded(this, [&] {
+            decision = decideExpression(m_text->toPlainText(), m_expression, m_editMode, *m_checker);
+        }))
         return;
-    }
     if (!decision.accepted) {
         tessaly::UiService::instance().message(text(StringId::DuplicateExpressionMessage),
                                                text(StringId::DuplicateExpressionTitle),
@@ -78,6 +71,16 @@ void WizExprDialog::okClicked()
     m_expression = decision.expression;
     m_confirmed = true;
     accept();
+}
+
+std::optional<QString> editExpression(QWidget *parent, const ExpressionChecker &checker, const QString &expression,
+                                      bool editMode)
+{
+    WizExprDialog dialog(parent);
+    dialog.setExpression(expression);
+    if (!dialog.Popup(&checker, editMode))
+        return std::nullopt;
+    return dialog.Expression();
 }
 
 } // namespace veldra

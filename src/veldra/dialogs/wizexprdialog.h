@@ -2,6 +2,8 @@
 
 #include <QDialog>
 
+#include <optional>
+
 class QPlainTextEdit;
 
 namespace veldra {
@@ -35,5 +37,10 @@ private:
     QString m_expression;
     bool m_confirmed = false;
 };
+
+// Runs the expression dialog on expression ("" to add one): the accepted text, or nothing after
+// Cancel.
+std::optional<QString> editExpression(QWidget *parent, const ExpressionChecker &checker, const QString &expression,
+                                      bool editMode);
 
 } // namespace veldra

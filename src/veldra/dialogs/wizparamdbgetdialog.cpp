@@ -2,11 +2,11 @@
 
 #include "tessaly/namemap.h"
 #include "tessaly/busycursor.h"
+#include "tessaly/uiservice.h"
 #include "veldra/dialogs/formhelpers.h"
-#include "veldra/dialogs/wizparamdialog.h"
-#include "veldra/dialogs/wizparameditdialog.h"
-#include "veldra/records/sqlinfo.h"
+#include "veldra/resources/extratext.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
@@ -71,9 +71,14 @@ WizParamDBGetDialog::WizParamDBGetDialog(QWidget *parent) : QDialog(parent)
     form::addButton(buttons, QStringLiteral("CancelButton"), StringId::DBGetCancelButton, QDialogButtonBox::RejectRole);
     m_ok->setDefault(true);
 
+    // Ours, beside the system's controls: raw column contents are no SQL the condition can carry.
+    m_asLiterals = new QCheckBox(extraText(ExtraText::StoreAsLiteralsCheck), this);
+    m_asLiterals->setObjectName(QStringLiteral("ParamDBGLiteralCheck"));
+
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(tableRow);
     layout->addLayout(grid, 1);
+    layout->addWidget(m_asLiterals);
     layout->addWidget(buttons);
 
     // A pair is one row in two lists: they scroll and select together.
@@ -85,25 +90,20 @@ WizParamDBGetDialog::WizParamDBGetDialog(QWidget *parent) : QDialog(parent)
     connect(m_tables, &QComboBox::currentIndexChanged, this, &WizParamDBGetDialog::tableChosen);
     connect(m_keyColumns, &QComboBox::currentIndexChanged, this, &WizParamDBGetDialog::keyColumnChosen);
     connect(m_valueColumns, &QComboBox::currentIndexChanged, this, &WizParamDBGetDialog::valueColumnChosen);
+    connect(m_asLiterals, &QCheckBox::toggled, this, [this](bool on) {
+        m_decision.setStoreAsLiterals(on);
+        showResult();
+    });
     connect(buttons, &QDialogButtonBox::accepted, this, &WizParamDBGetDialog::okClicked);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
-    start(nullptr, nullptr, nullptr);
+    start(nullptr, nullptr);
 }
 
 WizParamDBGetDialog::~WizParamDBGetDialog() = default;
 
-void WizParamDBGetDialog::start(WizParamEditDialog *editDialog)
+void WizParamDBGetDialog::start(TSAccessor *accessor, const std::shared_ptr<dbInfo> &database)
 {
-    const WizParamDialog *list = editDialog ? editDialog->listDialog() : nullptr;
-    const std::shared_ptr<SQLInfo> definition = list ? list->queryDefinition() : nullptr;
-    start(editDialog, list ? list->accessor() : nullptr, definition ? definition->dbInfo() : nullptr);
-}
-
-void WizParamDBGetDialog::start(WizParamEditDialog *editDialog, TSAccessor *accessor,
-                                const std::shared_ptr<dbInfo> &database)
-{
-    m_editDialog = editDialog;
     m_decision.start(accessor, database);
     fillColumns(m_keyColumns, {});
     fillColumns(m_valueColumns, {});
@@ -133,7 +133,7 @@ void WizParamDBGetDialog::fillTables()
 
 void WizParamDBGetDialog::tableChosen()
 {
-    form::guarded("WizParamDBGetDialog: choosing a table", [this] {
+    form::guarded(this, [this] {
         if (!m_decision.chooseTable(m_tables->currentText()))
             return;
         QStringList columns;
@@ -159,7 +159,7 @@ void WizParamDBGetDialog::fillColumns(QComboBox *combo, const QStringList &entri
 
 void WizParamDBGetDialog::keyColumnChosen()
 {
-    form::guarded("WizParamDBGetDialog: choosing the value column", [this] {
+    form::guarded(this, [this] {
         const tessaly::BusyCursor busy;
         if (m_decision.chooseKeyColumn(m_keyColumns->currentText()))
             showResult();
@@ -168,7 +168,7 @@ void WizParamDBGetDialog::keyColumnChosen()
 
 void WizParamDBGetDialog::valueColumnChosen()
 {
-    form::guarded("WizParamDBGetDialog: choosing the display column", [this] {
+    form::guarded(this, [this] {
         const tessaly::BusyCursor busy;
         if (m_decision.chooseValueColumn(m_valueColumns->currentText()))
             showResult();
@@ -179,7 +179,8 @@ void WizParamDBGetDialog::showResult()
 {
     m_keys->clear();
     m_names->clear();
-    const tessaly::NameMap &pairs = *m_decision.result();
+    const std::shared_ptr<tessaly::NameMap> stored = m_decision.valuesToStore();
+    const tessaly::NameMap &pairs = *stored;
     QStringList keys;
     QStringList names;
     keys.reserve(pairs.count());
@@ -197,11 +198,17 @@ void WizParamDBGetDialog::okClicked()
 {
     if (!m_decision.okEnabled())
         return;
-    if (m_editDialog)
-        m_editDialog->takeValues(m_decision.result());
-    else
-        qWarning("WizParamDBGetDialog: OK without a parameter edit dialog to receive the values");
     accept();
+}
+
+std::optional<std::shared_ptr<tessaly::NameMap>> retrieveSelectionValues(QWidget *parent, TSAccessor *accessor,
+                                                                         const std::shared_ptr<dbInfo> &database)
+{
+    WizParamDBGetDialog dialog(parent);
+    dialog.start(accessor, database);
+    if (tessaly::UiService::instance().execDialog(dialog) != QDialog::Accepted)
+        return std::nullopt;
+    return dialog.result();
 }
 
 } // namespace veldra

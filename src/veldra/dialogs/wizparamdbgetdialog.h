@@ -4,17 +4,17 @@
 
 #include <QDialog>
 
+#include <optional>
+
+class QCheckBox;
 class QComboBox;
 class QListWidget;
 class QPushButton;
 
 namespace veldra {
 
-class WizParamEditDialog;
-
 // Fetches a parameter's selection values from two columns of a table of the query's database:
-// one column gives the values, the other the names shown. OK hands all pairs to the parameter
-// edit dialog, replacing its values.
+// one column gives the values, the other the names shown.
 class WizParamDBGetDialog : public QDialog
 {
     Q_OBJECT
@@ -23,13 +23,12 @@ public:
     explicit WizParamDBGetDialog(QWidget *parent = nullptr);
     ~WizParamDBGetDialog() override;
 
-    // Starts over for the edit dialog: nothing chosen, no pairs, and the tables of the
-    // database of the query its parameter list edits, read through the wizard's accessor.
-    void start(WizParamEditDialog *editDialog);
-    // The same without an edit dialog to take the database from.
-    void start(WizParamEditDialog *editDialog, TSAccessor *accessor, const std::shared_ptr<dbInfo> &database);
+    // Starts over: nothing chosen, no pairs, and the tables of the database, read through the
+    // accessor (the wizard's, whose cache knows them).
+    void start(TSAccessor *accessor, const std::shared_ptr<dbInfo> &database);
 
-    const std::shared_ptr<tessaly::NameMap> &result() const { return m_decision.result(); }
+    // What OK stores: the pairs read, their values made SQL literals when the person chose so.
+    std::shared_ptr<tessaly::NameMap> result() const { return m_decision.valuesToStore(); }
 
 private:
     void fillTables();
@@ -41,13 +40,18 @@ private:
     void okClicked();
 
     DBGetDecision m_decision;
-    WizParamEditDialog *m_editDialog = nullptr;
     QComboBox *m_tables;
     QComboBox *m_keyColumns;
     QComboBox *m_valueColumns;
     QListWidget *m_keys;
     QListWidget *m_names;
+    QCheckBox *m_asLiterals;
     QPushButton *m_ok;
 };
+
+// Runs the dialog on the database of the query: the pairs confirmed by OK (value -> display
+// name), or nothing after Cancel.
+std::optional<std::shared_ptr<tessaly::NameMap>> retrieveSelectionValues(QWidget *parent, TSAccessor *accessor,
+                                                                         const std::shared_ptr<dbInfo> &database);
 
 } // namespace veldra

@@ -75,28 +75,9 @@ WizParamDialog::WizParamDialog(QWidget *parent) : QDialog(parent)
 
 WizParamDialog::~WizParamDialog() = default;
 
-void WizParamDialog::setInsertParameterToken(std::function<void(const QString &name)> insert)
-{
-    m_insert = std::move(insert);
-}
-
 void WizParamDialog::setQueryDefinition(const std::shared_ptr<SQLInfo> &definition)
 {
     m_decision.setDefinition(definition);
-    refresh();
-}
-
-void WizParamDialog::chooseParameter(const std::shared_ptr<ParamInfo> &parameter)
-{
-    if (!queryDefinition())
-        qWarning("WizParamDialog: a parameter chosen without a query definition is dropped");
-    m_decision.chooseParameter(parameter);
-    refresh();
-}
-
-void WizParamDialog::removeParameter(const QString &name)
-{
-    m_decision.removeParameter(name);
     refresh();
 }
 
@@ -155,23 +136,23 @@ void WizParamDialog::rowDoubleClicked()
 void WizParamDialog::addClicked()
 {
     // The new record reaches the definition only when the edit dialog is confirmed.
-    editParameter(std::make_shared<ParamInfo>());
+    edit(std::make_shared<ParamInfo>());
 }
 
 void WizParamDialog::modifyClicked()
 {
-    form::guarded("WizParamDialog::Modify", [this] {
-        if (const std::shared_ptr<ParamInfo> parameter = m_decision.parameterToModify())
-            editParameter(parameter);
-    });
+    if (const std::shared_ptr<ParamInfo> parameter = m_decision.parameterToModify())
+        edit(parameter);
 }
 
-void WizParamDialog::editParameter(const std::shared_ptr<ParamInfo> &parameter)
+void WizParamDialog::edit(const std::shared_ptr<ParamInfo> &parameter)
 {
-    WizParamEditDialog dialog(this);
-    dialog.setListDialog(this);
-    dialog.setParameter(parameter);
-    tessaly::UiService::instance().execDialog(dialog);
+    form::guarded(this, [this, &parameter] {
+        const auto definition = m_decision.definition();
+        const ValueSource source{ m_accessor, definition ? definition->dbInfo() : nullptr };
+        if (const auto confirmed = editParameter(this, parameter, source))
+            m_decision.chooseParameter(*confirmed);
+    });
     // Modify edits the held record as the person types, so even after Cancel the rows may be out
     // of date.
     refresh();
@@ -191,16 +172,17 @@ void WizParamDialog::okClicked()
     if (m_decision.selectedName().isEmpty())
         return;
     accept();
-    commit();
 }
 
-void WizParamDialog::commit()
+std::optional<QString> runParameterDialog(const std::shared_ptr<SQLInfo> &definition, TSAccessor *accessor,
+                                          QWidget *parent)
 {
-    if (!m_insert) {
-        qWarning("WizParamDialog: OK without a receiver of the parameter name");
-        return;
-    }
-    form::guarded("WizParamDialog::commit", [this] { m_insert(m_decision.selectedName()); });
+    WizParamDialog dialog(parent);
+    dialog.setQueryDefinition(definition);
+    dialog.setAccessor(accessor);
+    if (tessaly::UiService::instance().execDialog(dialog) != QDialog::Accepted)
+        return std::nullopt;
+    return dialog.selectedName();
 }
 
 } // namespace veldra

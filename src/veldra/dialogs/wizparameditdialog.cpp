@@ -2,8 +2,8 @@
 
 #include "tessaly/uiservice.h"
 #include "veldra/dialogs/formhelpers.h"
+#include "veldra/resources/extratext.h"
 #include "veldra/dialogs/wizparamdbgetdialog.h"
-#include "veldra/dialogs/wizparamdialog.h"
 #include "veldra/dialogs/wizparamvaleditdialog.h"
 #include "veldra/records/paraminfo.h"
 
@@ -17,6 +17,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalBlocker>
+#include <QStyle>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -60,16 +61,28 @@ WizParamEditDialog::WizParamEditDialog(QWidget *parent) : QDialog(parent)
     QPushButton *modify = form::newButton(QStringLiteral("EditButton"), StringId::ParamEditModifyButton, m_valueFrame);
     QPushButton *remove = form::newButton(QStringLiteral("DeleteButton"), StringId::ParamEditDeleteButton, m_valueFrame);
     QPushButton *get = form::newButton(QStringLiteral("GetButton"), StringId::ParamEditGetFromDBButton, m_valueFrame);
+    // Ours, beside the system's buttons: values the condition cannot carry as written are told
+    // below the list and quoted with one click.
+    m_quote = new QPushButton(extraText(ExtraText::QuoteValuesButton), m_valueFrame);
+    m_quote->setObjectName(QStringLiteral("QuoteButton"));
+    m_quote->setToolTip(extraText(ExtraText::QuoteValuesTip));
+    m_warning = new QLabel(m_valueFrame);
+    m_warning->setObjectName(QStringLiteral("ValueWarningLabel"));
+    m_warning->setTextFormat(Qt::PlainText);
+    m_warning->setWordWrap(true);
     auto *side = new QVBoxLayout;
     side->addWidget(add);
     side->addWidget(modify);
     side->addWidget(remove);
     side->addSpacing(8);
     side->addWidget(get);
+    side->addWidget(m_quote);
     side->addStretch(1);
-    auto *valueLayout = new QHBoxLayout(m_valueFrame);
-    valueLayout->addWidget(m_values, 1);
-    valueLayout->addLayout(side);
+    auto *valueLayout = new QGridLayout(m_valueFrame);
+    valueLayout->addWidget(m_values, 0, 0);
+    valueLayout->addLayout(side, 0, 1);
+    valueLayout->addWidget(m_warning, 1, 0, 1, 2);
+    valueLayout->setRowStretch(0, 1);
 
     QDialogButtonBox *buttons = form::newButtonBox(this);
     m_ok = form::addButton(buttons, QStringLiteral("OKButton"), StringId::ParamEditOKButton,
@@ -91,6 +104,7 @@ WizParamEditDialog::WizParamEditDialog(QWidget *parent) : QDialog(parent)
     connect(modify, &QPushButton::clicked, this, &WizParamEditDialog::modifyValueClicked);
     connect(remove, &QPushButton::clicked, this, &WizParamEditDialog::deleteValueClicked);
     connect(get, &QPushButton::clicked, this, &WizParamEditDialog::getFromDBClicked);
+    connect(m_quote, &QPushButton::clicked, this, &WizParamEditDialog::quoteClicked);
     connect(buttons, &QDialogButtonBox::accepted, this, &WizParamEditDialog::okClicked);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
@@ -117,24 +131,6 @@ void WizParamEditDialog::setParameter(const std::shared_ptr<ParamInfo> &paramete
     fillValues();
 }
 
-void WizParamEditDialog::storeValue(const QString &value, const QString &name)
-{
-    m_decision.storeValue(value, name);
-    fillValues();
-}
-
-void WizParamEditDialog::takeValues(const std::shared_ptr<tessaly::NameMap> &values)
-{
-    m_decision.takeValues(values);
-    fillValues();
-}
-
-void WizParamEditDialog::removeValue(const QString &value)
-{
-    m_decision.removeValue(value);
-    fillValues();
-}
-
 void WizParamEditDialog::applyValidity()
 {
     m_ok->setEnabled(m_decision.isValid());
@@ -154,8 +150,12 @@ void WizParamEditDialog::fillValues()
     QList<QTreeWidgetItem *> items;
     items.reserve(rows.size());
     QTreeWidgetItem *selected = nullptr;
+    const QStringList nonLiterals = m_decision.nonLiteralValues();
+    const QIcon warning = style()->standardIcon(QStyle::SP_MessageBoxWarning);
     for (const SelectionValueRow &row : rows) {
         items.append(new QTreeWidgetItem(QStringList{ row.value, row.name }));
+        if (nonLiterals.contains(row.value))
+            items.last()->setIcon(0, warning);
         if (row.selected)
             selected = items.last();
     }
@@ -164,6 +164,11 @@ void WizParamEditDialog::fillValues()
     m_values->setCurrentItem(selected);
     if (selected)
         m_values->scrollToItem(selected);
+    // A warning, not a refusal: OK keeps its own rule.
+    m_quote->setEnabled(!nonLiterals.isEmpty());
+    m_warning->setText(nonLiterals.isEmpty() ? QString()
+                                             : extraText(ExtraText::NotLiteralWarning).arg(nonLiterals.join(QLatin1String(", "))));
+    m_warning->setVisible(!nonLiterals.isEmpty());
     applyValidity();
 }
 
@@ -201,7 +206,10 @@ int WizParamEditDialog::selectedValueRow() const
 
 void WizParamEditDialog::addValueClicked()
 {
-    editValue(QString(), QString());
+    if (const std::optional<SelectionValue> added = editSelectionValue(this, QString(), QString())) {
+        m_decision.storeValue(added->value, added->name);
+        fillValues();
+    }
 }
 
 void WizParamEditDialog::modifyValueClicked()
@@ -210,15 +218,17 @@ void WizParamEditDialog::modifyValueClicked()
     if (row < 0)
         return;
     const QTreeWidgetItem *item = m_values->topLevelItem(row);
-    editValue(item->text(0), item->text(1));
+    const QString oldValue = item->text(0);
+    if (const std::optional<SelectionValue> changed = editSelectionValue(this, oldValue, item->text(1))) {
+        m_decision.modifyValue(oldValue, changed->value, changed->name);
+        fillValues();
+    }
 }
 
-void WizParamEditDialog::editValue(const QString &value, const QString &name)
+void WizParamEditDialog::quoteClicked()
 {
-    WizParamValEditDialog dialog(this);
-    dialog.setEditDialog(this);
-    dialog.setValueAndName(value, name);
-    tessaly::UiService::instance().execDialog(dialog);
+    if (m_decision.quoteValues())
+        fillValues();
 }
 
 void WizParamEditDialog::deleteValueClicked()
@@ -232,10 +242,11 @@ void WizParamEditDialog::deleteValueClicked()
 
 void WizParamEditDialog::getFromDBClicked()
 {
-    form::guarded("WizParamEditDialog::GetFromDB", [this] {
-        WizParamDBGetDialog dialog(this);
-        dialog.start(this);
-        tessaly::UiService::instance().execDialog(dialog);
+    form::guarded(this, [this] {
+        if (const auto values = retrieveSelectionValues(this, m_source.accessor, m_source.database)) {
+            m_decision.takeValues(*values);
+            fillValues();
+        }
     });
 }
 
@@ -246,11 +257,18 @@ void WizParamEditDialog::okClicked()
                                                text(StringId::ParamEditCaption), tessaly::UiService::Buttons::Ok);
         return;
     }
-    if (m_listDialog)
-        m_listDialog->chooseParameter(m_decision.committedCopy());
-    else
-        qWarning("WizParamEditDialog: OK without a parameter list to receive the parameter");
     accept();
+}
+
+std::optional<std::shared_ptr<ParamInfo>> editParameter(QWidget *parent, const std::shared_ptr<ParamInfo> &parameter,
+                                                        const ValueSource &source)
+{
+    WizParamEditDialog dialog(parent);
+    dialog.setParameter(parameter);
+    dialog.setValueSource(source);
+    if (tessaly::UiService::instance().execDialog(dialog) != QDialog::Accepted)
+        return std::nullopt;
+    return dialog.committedCopy();
 }
 
 } // namespace veldra

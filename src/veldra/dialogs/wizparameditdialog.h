@@ -5,25 +5,31 @@
 #include <QDialog>
 
 #include <memory>
+#include <optional>
 
 class QButtonGroup;
 class QGroupBox;
+class QLabel;
 class QLineEdit;
 class QPushButton;
 class QTreeWidget;
 
-namespace tessaly {
-class NameMap;
-}
-
 namespace veldra {
 
 class ParamInfo;
-class WizParamDialog;
+class TSAccessor;
+class dbInfo;
+
+// Where "Get from DB" reads selection values: the wizard's accessor and the query's database.
+struct ValueSource
+{
+    TSAccessor *accessor = nullptr;
+    std::shared_ptr<dbInfo> database;
+};
 
 // Edits one parameter: its name, title, kind and, for a parameter chosen from a list, its
-// selection values. The record it is given changes as the person types; OK hands a copy to the
-// parameter list, which stores it under its name and chooses it.
+// selection values. The record it is given changes as the person types; what OK confirms is a
+// copy of it.
 class WizParamEditDialog : public QDialog
 {
     Q_OBJECT
@@ -32,24 +38,16 @@ public:
     explicit WizParamEditDialog(QWidget *parent = nullptr);
     ~WizParamEditDialog() override;
 
-    // The list that receives the confirmed parameter, and whose accessor and definition the
-    // retrieve-from-database dialog uses.
-    void setListDialog(WizParamDialog *listDialog) { m_listDialog = listDialog; }
-    WizParamDialog *listDialog() const { return m_listDialog; }
-
     // The record to edit; the fields show it.
     void setParameter(const std::shared_ptr<ParamInfo> &parameter);
     const std::shared_ptr<ParamInfo> &parameter() const { return m_decision.parameter(); }
+    void setValueSource(ValueSource source) { m_source = std::move(source); }
 
-    // What the selection value dialogs call: one value with its name (added, or renamed when
-    // held, and chosen), a whole new set of values, or one value removed.
-    void storeValue(const QString &value, const QString &name);
-    void takeValues(const std::shared_ptr<tessaly::NameMap> &values);
-    void removeValue(const QString &value);
-
-    // OK: a valid parameter is handed on and the dialog closes; otherwise the person is told
-    // that input is missing. (The button is disabled while the parameter is not valid.)
+    // OK: a valid parameter closes the dialog as accepted; otherwise the person is told that
+    // input is missing. (The button is disabled while the parameter is not valid.)
     void okClicked();
+    // What OK confirms: a copy of the record as edited.
+    std::shared_ptr<ParamInfo> committedCopy() const { return m_decision.committedCopy(); }
 
 private:
     void applyValidity();
@@ -62,17 +60,24 @@ private:
     void modifyValueClicked();
     void deleteValueClicked();
     void getFromDBClicked();
-    void editValue(const QString &value, const QString &name);
+    void quoteClicked();
     int selectedValueRow() const;
 
     ParamEditDecision m_decision;
-    WizParamDialog *m_listDialog = nullptr;
+    ValueSource m_source;
     QLineEdit *m_name;
     QLineEdit *m_title;
     QButtonGroup *m_type;
     QGroupBox *m_valueFrame;
     QTreeWidget *m_values;
+    QPushButton *m_quote;
+    QLabel *m_warning;
     QPushButton *m_ok;
 };
+
+// Runs the dialog on a parameter record, which changes as the person types: the copy that OK
+// confirms, or nothing after Cancel.
+std::optional<std::shared_ptr<ParamInfo>> editParameter(QWidget *parent, const std::shared_ptr<ParamInfo> &parameter,
+                                                        const ValueSource &source);
 
 } // namespace veldra

@@ -1,7 +1,7 @@
 #include "veldra/dialogs/wizparamvaleditdialog.h"
 
 #include "veldra/dialogs/formhelpers.h"
-#include "veldra/dialogs/wizparameditdialog.h"
+#include "tessaly/uiservice.h"
 
 #include <QGridLayout>
 #include <QLabel>
@@ -74,11 +74,16 @@ void WizParamValEditDialog::okClicked()
 {
     if (!m_decision.okEnabled())
         return;
-    if (m_editDialog)
-        m_editDialog->storeValue(m_decision.value(), m_decision.name());
-    else
-        qWarning("WizParamValEditDialog: OK without a parameter edit dialog to receive the value");
     accept();
+}
+
+std::optional<SelectionValue> editSelectionValue(QWidget *parent, const QString &value, const QString &name)
+{
+    WizParamValEditDialog dialog(parent);
+    dialog.setValueAndName(value, name);
+    if (tessaly::UiService::instance().execDialog(dialog) != QDialog::Accepted)
+        return std::nullopt;
+    return SelectionValue{ dialog.value(), dialog.name() };
 }
 
 } // namespace veldra

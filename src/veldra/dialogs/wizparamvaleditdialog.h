@@ -4,15 +4,14 @@
 
 #include <QDialog>
 
+#include <optional>
+
 class QLineEdit;
 class QPushButton;
 
 namespace veldra {
 
-class WizParamEditDialog;
-
 // Edits one selection value by hand: the value put into the query and the name shown for it.
-// OK hands both to the parameter edit dialog.
 class WizParamValEditDialog : public QDialog
 {
     Q_OBJECT
@@ -20,7 +19,6 @@ class WizParamValEditDialog : public QDialog
 public:
     explicit WizParamValEditDialog(QWidget *parent = nullptr);
 
-    void setEditDialog(WizParamEditDialog *editDialog) { m_editDialog = editDialog; }
     // Empty texts for a new value.
     void setValueAndName(const QString &value, const QString &name);
     const QString &value() const { return m_decision.value(); }
@@ -32,10 +30,13 @@ private:
     void okClicked();
 
     ValEditDecision m_decision;
-    WizParamEditDialog *m_editDialog = nullptr;
     QLineEdit *m_value;
     QLineEdit *m_name;
     QPushButton *m_ok;
 };
+
+// Runs the dialog on a value and its name (empty texts for a new value): both as confirmed by OK,
+// or nothing after Cancel.
+std::optional<SelectionValue> editSelectionValue(QWidget *parent, const QString &value, const QString &name);
 
 } // namespace veldra

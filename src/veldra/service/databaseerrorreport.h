@@ -6,7 +6,8 @@
 
 namespace veldra {
 
-// A failed request for database structure: the error number and where the request went.
+// A failed request for database structure: the error number, where the request went, and the
+// service's reason (empty when it gave none).
 struct DatabaseErrorReport
 {
     qint32 errorNumber = 0;
@@ -14,6 +15,7 @@ struct DatabaseErrorReport
     QString dsn;
     QString catalog;
     QString table;
+    QString message;
 };
 
 // Where an accessor sends its failures. A desktop host installs one that shows the database
@@ -21,7 +23,8 @@ struct DatabaseErrorReport
 using DatabaseErrorReporter = std::function<void(const DatabaseErrorReport &)>;
 
 // The report as lines of text: the message, then "Error Code: 80004005", "Provider: ...",
-// "Data Source: ...", "Catalog: ...", "Table: ...", in the current language.
+// "Data Source: ...", "Catalog: ...", "Table: ...", in the current language. The reason is left
+// to the host, which says it in its own words (the command line prints it on a line of its own).
 QStringList databaseErrorLines(const DatabaseErrorReport &report);
 
 // The reporter of hosts without windows: the same lines through UiService::report.

@@ -171,6 +171,11 @@ TSAccessor::NameMapRef TSAccessor::QueryNavigation(const QString &provider, cons
             + QLatin1String("</provider><dsn>") + dsn + QLatin1String("</dsn><catalog>") + catalog
             + QLatin1String("</catalog><table>") + table + QLatin1String("</table></target></get></query>");
     NameMapRef names = SendNavigationRequest(request);
+    const QString where = QStringList{ provider, dsn, catalog, table }.join(u'/');
+    if (names)
+        m_failures.remove(where);
+    else if (m_lastError != 0)
+        m_failures.insert(where, m_lastErrorMessage);
     ReportDatabaseError(provider, dsn, catalog, table);
     return names;
 }
@@ -228,11 +233,14 @@ TSAccessor::NameMapRef TSAccessor::sendRequest(const QString &requestText,
             return nullptr;
         NameMapRef result = read(response);
         m_lastError = 0;
+        m_lastErrorMessage.clear();
         return result;
     } catch (const tessaly::Error &error) {
         m_lastError = error.number();
-    } catch (const std::exception &) {
+        m_lastErrorMessage = error.message();
+    } catch (const std::exception &error) {
         m_lastError = tessaly::ErrorNumber::Fail;
+        m_lastErrorMessage = QString::fromLocal8Bit(error.what());
     }
     return nullptr;
 }
@@ -301,8 +309,14 @@ bool TSAccessor::ReportDatabaseError(const QString &provider, const QString &dsn
         return true;
     // LastError stays as it is: a later request that fails before reaching the service shows
     // this error again.
-    m_reporter({ m_lastError, provider, dsn, catalog, table });
+    m_reporter({ m_lastError, provider, dsn, catalog, table, m_lastErrorMessage });
     return false;
+}
+
+QString TSAccessor::failureReason(const QString &provider, const QString &dsn, const QString &catalog,
+                                  const QString &table) const
+{
+    return m_failures.value(QStringList{ provider, dsn, catalog, table }.join(u'/'));
 }
 
 } // namespace veldra

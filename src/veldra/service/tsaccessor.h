@@ -5,6 +5,7 @@
 #include "veldra/service/databaseerrorreport.h"
 
 #include <QDomElement>
+#include <QHash>
 
 #include <functional>
 #include <memory>
@@ -41,6 +42,13 @@ public:
     void setUseCache(bool useCache) { m_useCache = useCache; }
     // The error number of the last failed request; 0 after one that reached the service.
     qint32 LastError() const { return m_lastError; }
+    // The service's reason for that error ("The database file ... does not exist."), kept as
+    // long as the number is.
+    const QString &lastErrorMessage() const { return m_lastErrorMessage; }
+    // The reason the last navigation request for this level failed, or "" when it did not
+    // fail: what a list can tell about an entry it marks without asking again.
+    QString failureReason(const QString &provider, const QString &dsn, const QString &catalog = {},
+                          const QString &table = {}) const;
     // Where failed navigation requests are reported; reportDatabaseErrorAsText unless a host
     // installs its own (the wizard installs the database error dialog).
     void setErrorReporter(DatabaseErrorReporter reporter) { m_reporter = std::move(reporter); }
@@ -95,6 +103,9 @@ private:
     std::shared_ptr<tessaly::ServiceProxy> m_proxy;
     bool m_useCache = true;
     qint32 m_lastError = 0;
+    QString m_lastErrorMessage;
+    // provider/dsn/catalog/table -> the reason its navigation request failed.
+    QHash<QString, QString> m_failures;
     DatabaseErrorReporter m_reporter = reportDatabaseErrorAsText;
 };
 

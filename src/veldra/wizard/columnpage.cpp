@@ -1,16 +1,20 @@
 #include "veldra/wizard/columnpage.h"
 
-#include "tessaly/busycursor.h"
 #include "tessaly/uiservice.h"
 #include "veldra/dialogs/formhelpers.h"
 #include "veldra/dialogs/wizexprdialog.h"
+#include "veldra/wizard/columnstep.h"
+#include "veldra/resources/extratext.h"
 #include "veldra/wizard/inlineeditdelegate.h"
+#include "veldra/wizard/inlineeditlist.h"
+#include "veldra/wizard/wizardstate.h"
 
 #include <QComboBox>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QMenu>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTreeWidget>
@@ -25,17 +29,27 @@ namespace {
 
 enum SelectColumn { AliasColumn, TypeColumn, NameColumn };
 
+QString aliasTip()
+{
+    return extraText(ExtraText::AliasEditTip) + u'\n' + extraText(ExtraText::AliasRuleTip);
+}
+
 // Items are edited in place only where the page allows it, and never by a double-click: that
 // inserts or removes.
-void allowInlineEdit(QTreeWidget *list, InlineEditDelegate *delegate)
+QTreeWidget *newEditableList(const QString &objectName, const QList<StringId> &headers, int editColumn,
+                             InlineEditDelegate **delegate, QWidget *parent)
 {
-    list->setItemDelegate(delegate);
-    list->setEditTriggers(QAbstractItemView::SelectedClicked | QAbstractItemView::EditKeyPressed);
+    auto *list = new InlineEditList(editColumn, parent);
+    setUpReportList(list, objectName, headers);
+    *delegate = new InlineEditDelegate(editColumn, list);
+    list->setItemDelegate(*delegate);
+    return list;
 }
 
 } // namespace
 
-ColumnPage::ColumnPage(WizardState &state, QWidget *parent) : WizardPage(state, parent), m_step(state)
+ColumnPage::ColumnPage(WizardState &state, QWidget *parent)
+    : WizardPage(state.columns(), parent), m_step(state.columns())
 {
     setObjectName(QStringLiteral("ColumnPage"));
 
@@ -58,9 +72,9 @@ ColumnPage::ColumnPage(WizardState &state, QWidget *parent) : WizardPage(state, 
     columnLayout->addWidget(m_columnList, 1);
 
     auto *functionTab = new QWidget(m_tabs);
-    m_exprList = newReportList(QStringLiteral("SelectExprList"), { StringId::FunctionListHeader }, functionTab);
-    auto *exprDelegate = new InlineEditDelegate(0, m_exprList);
-    allowInlineEdit(m_exprList, exprDelegate);
+    InlineEditDelegate *exprDelegate = nullptr;
+    m_exprList = newEditableList(QStringLiteral("SelectExprList"), { StringId::FunctionListHeader }, 0, &exprDelegate,
+                                 functionTab);
     auto *addButton = newButton(QStringLiteral("ExprAddButton"), StringId::ExprAddButton, functionTab);
     m_exprEditButton = newButton(QStringLiteral("ExprEditButton"), StringId::ExprModifyButton, functionTab);
     m_exprDeleteButton = newButton(QStringLiteral("ExprDeleteButton"), StringId::ExprDeleteButton, functionTab);
@@ -88,10 +102,22 @@ ColumnPage::ColumnPage(WizardState &state, QWidget *parent) : WizardPage(state, 
     moveButtons->addStretch(1);
 
     auto *selectFrame = newGroupBox(QStringLiteral("SelectFrame"), StringId::SelectFrameCaption, this);
-    m_selectList = newReportList(QStringLiteral("SelectList"),
-                                 { StringId::SelectAliasHeader, StringId::SelectTypeHeader,
-                                   StringId::SelectColumnQueryHeader },
-                                 selectFrame);
+    InlineEditDelegate *aliasDelegate = nullptr;
+    m_selectList = newEditableList(QStringLiteral("SelectList"),
+                                   { StringId::SelectAliasHeader, StringId::SelectTypeHeader,
+                                     StringId::SelectColumnQueryHeader },
+                                   AliasColumn, &aliasDelegate, selectFrame);
+    // A double click removes a row, as it always did; renaming is told here and offered in a
+    // menu.
+    m_selectList->headerItem()->setToolTip(AliasColumn, aliasTip());
+    m_selectList->setContextMenuPolicy(Qt::CustomContextMenu);
+    m_selectMenu = new QMenu(m_selectList);
+    m_selectMenu->setObjectName(QStringLiteral("SelectListMenu"));
+    m_renameAction = m_selectMenu->addAction(extraText(ExtraText::RenameAliasAction));
+    m_renameAction->setObjectName(QStringLiteral("RenameAliasAction"));
+    m_renameAction->setShortcut(QKeySequence(Qt::Key_F2));
+    m_removeAction = m_selectMenu->addAction(text(StringId::SelectRemoveButton));
+    m_removeAction->setObjectName(QStringLiteral("RemoveSelectionAction"));
     // The display name takes what the alias and the type leave, and is never cut short: a
     // longer one widens its column and the list scrolls sideways (see fillSelectList).
     const int averageChar = m_selectList->fontMetrics().averageCharWidth();
@@ -99,8 +125,6 @@ ColumnPage::ColumnPage(WizardState &state, QWidget *parent) : WizardPage(state, 
     header->setSectionResizeMode(TypeColumn, QHeaderView::ResizeToContents);
     header->resizeSection(AliasColumn, averageChar * 12);
     m_selectList->setMinimumWidth(averageChar * 36);
-    auto *aliasDelegate = new InlineEditDelegate(AliasColumn, m_selectList);
-    allowInlineEdit(m_selectList, aliasDelegate);
     m_upButton = newButton(QStringLiteral("SelectUpButton"), StringId::SelectUpButton, selectFrame);
     m_downButton = newButton(QStringLiteral("SelectDownButton"), StringId::SelectDownButton, selectFrame);
     auto *orderButtons = new QVBoxLayout;
@@ -119,7 +143,7 @@ ColumnPage::ColumnPage(WizardState &state, QWidget *parent) : WizardPage(state, 
     layout->addWidget(selectFrame, 2);
 
     connect(m_tableCombo, &QComboBox::currentIndexChanged, this,
-            [this] { guarded("SelectTableCombo", [this] { fillColumnList(); }); });
+            [this] { guarded(this, [this] { fillColumnList(); }); });
     connect(m_tabs, &QTabWidget::currentChanged, this, &ColumnPage::updateButtons);
     connect(m_columnList, &QTreeWidget::currentItemChanged, this, &ColumnPage::updateButtons);
     connect(m_columnList, &QTreeWidget::itemDoubleClicked, this, &ColumnPage::insertClicked);
@@ -133,6 +157,12 @@ ColumnPage::ColumnPage(WizardState &state, QWidget *parent) : WizardPage(state, 
         updateButtons();
     });
     connect(m_selectList, &QTreeWidget::itemDoubleClicked, this, &ColumnPage::removeClicked);
+    connect(m_selectList, &QWidget::customContextMenuRequested, this, &ColumnPage::showSelectMenu);
+    connect(m_renameAction, &QAction::triggered, this, [this] {
+        if (QTreeWidgetItem *item = m_selectList->currentItem())
+            m_selectList->editItem(item, AliasColumn);
+    });
+    connect(m_removeAction, &QAction::triggered, this, &ColumnPage::removeClicked);
     connect(m_insertButton, &QPushButton::clicked, this, &ColumnPage::insertClicked);
     connect(m_removeButton, &QPushButton::clicked, this, &ColumnPage::removeClicked);
     connect(m_upButton, &QPushButton::clicked, this, [this] { moveClicked(-1); });
@@ -163,47 +193,23 @@ ColumnPage::ColumnPage(WizardState &state, QWidget *parent) : WizardPage(state, 
     updateButtons();
 }
 
-void ColumnPage::initialize()
+void ColumnPage::showOpened()
 {
-    m_step.setSelectedName(QString());
-    m_step.setSelectedExpression(QString());
     m_tabs->setCurrentIndex(0);
 }
 
-bool ColumnPage::prepare()
+void ColumnPage::showEntered()
 {
-    bool prepared = false;
-    guarded("ColumnPage", [&] {
-        const tessaly::BusyCursor busy;
-        if (!m_step.prepare())
-            return;
-        const QString shown = m_tableCombo->currentText();
-        {
-            const QSignalBlocker blocker(m_tableCombo);
-            m_tableCombo->clear();
-            m_tableCombo->addItems(m_step.tableNames());
-            m_tableCombo->setCurrentIndex(std::max(0, m_tableCombo->findText(shown)));
-        }
-        fillColumnList();
-        fillExpressionList();
-        fillSelectList();
-        prepared = true;
-    });
-    Q_EMIT completeChanged();
-    return prepared;
-}
-
-void ColumnPage::replaceExpression(const QString &oldText, const QString &newText)
-{
-    m_step.replaceExpression(oldText, newText);
+    const QString shown = m_tableCombo->currentText();
+    {
+        const QSignalBlocker blocker(m_tableCombo);
+        m_tableCombo->clear();
+        m_tableCombo->addItems(m_step.tableNames());
+        m_tableCombo->setCurrentIndex(std::max(0, m_tableCombo->findText(shown)));
+    }
+    fillColumnList();
     fillExpressionList();
     fillSelectList();
-}
-
-void ColumnPage::addNewExpression(const QString &expression)
-{
-    m_step.addNewExpression(expression);
-    fillExpressionList();
 }
 
 void ColumnPage::fillColumnList()
@@ -251,11 +257,21 @@ void ColumnPage::fillSelectList()
     for (const ColumnStep::SelectRow &row : rows) {
         auto *item = new QTreeWidgetItem(m_selectList, QStringList{ row.label, row.type, row.displayName });
         item->setFlags(item->flags() | Qt::ItemIsEditable);
+        item->setToolTip(AliasColumn, aliasTip());
     }
     m_selectList->resizeColumnToContents(NameColumn);
     if (selected >= 0)
         m_selectList->setCurrentItem(m_selectList->topLevelItem(selected));
     updateButtons();
+}
+
+void ColumnPage::showSelectMenu(const QPoint &position)
+{
+    QTreeWidgetItem *item = m_selectList->itemAt(position);
+    if (!item)
+        return;
+    m_selectList->setCurrentItem(item);
+    m_selectMenu->popup(m_selectList->viewport()->mapToGlobal(position));
 }
 
 QString ColumnPage::selectedDisplayName() const
@@ -281,7 +297,7 @@ void ColumnPage::updateButtons()
 
 void ColumnPage::insertClicked()
 {
-    guarded("SelectInsertButton", [this] {
+    guarded(this, [this] {
         if (m_tabs->currentIndex() == 0) {
             QTreeWidgetItem *item = m_columnList->currentItem();
             if (!item)
@@ -300,7 +316,7 @@ void ColumnPage::insertClicked()
 
 void ColumnPage::removeClicked()
 {
-    guarded("SelectRemoveButton", [this] {
+    guarded(this, [this] {
         m_step.removeSelection(selectedDisplayName());
         fillSelectList();
     });
@@ -309,7 +325,7 @@ void ColumnPage::removeClicked()
 
 void ColumnPage::moveClicked(int by)
 {
-    guarded("SelectUpButton", [this, by] {
+    guarded(this, [this, by] {
         if (by < 0)
             m_step.moveSelectionUp(selectedDisplayName());
         else
@@ -320,7 +336,7 @@ void ColumnPage::moveClicked(int by)
 
 void ColumnPage::aliasEdited(int row, const QString &, const QString &newText)
 {
-    guarded("SelectList", [this, row, newText] {
+    guarded(this, [this, row, newText] {
         const QString displayName = m_step.selectRows().value(row).displayName;
         switch (m_step.editAlias(displayName, newText)) {
         case ColumnStep::AliasEdit::Unchanged:
@@ -338,7 +354,7 @@ void ColumnPage::aliasEdited(int row, const QString &, const QString &newText)
 
 void ColumnPage::expressionEdited(const QString &oldText, const QString &newText)
 {
-    guarded("SelectExprList", [this, &oldText, &newText] {
+    guarded(this, [this, &oldText, &newText] {
         const ColumnStep::ExpressionEditEnd end = m_step.finishExpressionEdit(oldText, newText);
         if (end == ColumnStep::ExpressionEditEnd::Duplicate)
             UiService::instance().message(text(StringId::SameQueryMessage), text(StringId::SameQueryTitle),
@@ -360,37 +376,34 @@ void ColumnPage::askForExpressionDialog(const QString &expression)
 
 void ColumnPage::addExpression()
 {
-    guarded("ExprAddButton", [this] {
-        WizExprDialog dialog(this);
-        dialog.setExpression(QString());
-        dialog.Popup(&m_step, false);
-        const QString expression = dialog.Expression();
-        if (expression.isEmpty())
+    guarded(this, [this] {
+        const std::optional<QString> expression = editExpression(this, m_step, QString(), false);
+        if (!expression || expression->isEmpty())
             return;
-        addNewExpression(expression);
-        m_step.setSelectedExpression(expression);
+        m_step.addNewExpression(*expression);
+        m_step.setSelectedExpression(*expression);
         fillExpressionList();
     });
 }
 
 void ColumnPage::modifyExpression()
 {
-    guarded("ExprEditButton", [this] {
+    guarded(this, [this] {
         const QString oldText = selectedExpressionText();
         if (!m_step.isExistExpression(oldText))
             return;
-        WizExprDialog dialog(this);
-        dialog.setExpression(oldText);
-        dialog.Popup(&m_step, true);
-        const QString newText = dialog.Expression();
-        if (!newText.isEmpty() && newText != oldText)
-            replaceExpression(oldText, newText);
+        const std::optional<QString> newText = editExpression(this, m_step, oldText, true);
+        if (!newText || newText->isEmpty() || *newText == oldText)
+            return;
+        m_step.replaceExpression(oldText, *newText);
+        fillExpressionList();
+        fillSelectList();
     });
 }
 
 void ColumnPage::deleteExpression()
 {
-    guarded("ExprDeleteButton", [this] {
+    guarded(this, [this] {
         m_step.deleteExpression(selectedExpressionText());
         fillExpressionList();
         fillSelectList();

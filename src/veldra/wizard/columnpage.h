@@ -1,15 +1,19 @@
 #pragma once
 
-#include "veldra/wizard/columnstep.h"
 #include "veldra/wizard/wizardpage.h"
 
+class QAction;
 class QComboBox;
+class QMenu;
 class QPushButton;
 class QTabWidget;
 class QTreeWidget;
 class QTreeWidgetItem;
 
 namespace veldra {
+
+class ColumnStep;
+class WizardState;
 
 // Step 2: the select list, built from the columns of the chosen tables and from free
 // expressions, each item with an optional alias.
@@ -20,17 +24,9 @@ class ColumnPage : public WizardPage
 public:
     explicit ColumnPage(WizardState &state, QWidget *parent = nullptr);
 
-    void initialize() override;
-    bool prepare() override;
-
-    // The form's public procedures for the expressions of the query.
-    bool isExistExpression(const QString &expression) const { return m_step.isExistExpression(expression); }
-    void replaceExpression(const QString &oldText, const QString &newText);
-    void addNewExpression(const QString &expression);
-
-    ColumnStep &step() { return m_step; }
-
 private:
+    void showOpened() override;
+    void showEntered() override;
     void fillColumnList();
     void fillExpressionList();
     void fillSelectList();
@@ -40,6 +36,7 @@ private:
 
     void insertClicked();
     void removeClicked();
+    void showSelectMenu(const QPoint &position);
     void moveClicked(int by);
     void aliasEdited(int row, const QString &oldText, const QString &newText);
     void expressionEdited(const QString &oldText, const QString &newText);
@@ -48,8 +45,11 @@ private:
     void modifyExpression();
     void deleteExpression();
 
-    ColumnStep m_step;
+    ColumnStep &m_step;
     QTreeWidget *m_selectList;
+    QMenu *m_selectMenu;
+    QAction *m_renameAction;
+    QAction *m_removeAction;
     QPushButton *m_upButton;
     QPushButton *m_downButton;
     QPushButton *m_insertButton;

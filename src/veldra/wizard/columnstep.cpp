@@ -4,6 +4,9 @@
 #include "veldra/records/tableinfo.h"
 #include "veldra/resources/stringtable.h"
 #include "veldra/service/tsaccessor.h"
+#include "veldra/wizard/aliasname.h"
+#include "veldra/wizard/databasestep.h"
+#include "veldra/wizard/tablestep.h"
 #include "veldra/wizard/wizardstate.h"
 
 #include <algorithm>
@@ -12,17 +15,24 @@ namespace veldra {
 
 ColumnStep::ColumnStep(WizardState &state) : m_state(state) {}
 
+void ColumnStep::initialize()
+{
+    m_selectedName.clear();
+    m_selectedExpression.clear();
+}
+
 bool ColumnStep::prepare()
 {
     SQLInfo &definition = *m_state.definition();
-    tessaly::NameMap &chosen = *m_state.chosenTables;
+    tessaly::NameMap &chosen = m_state.tables().chosen();
+    const DatabaseStep &database = m_state.database();
     auto tables = std::make_shared<tessaly::NameMap>();
     for (int i = 0; i < chosen.count(); ++i) {
         const QString name = chosen.key(i);
         auto table = chosen.objectAt<TableInfo>(i);
         if (!table) {
             TSAccessor *accessor = m_state.accessor();
-            const auto known = accessor ? accessor->GetTableInfoAt(m_state.provider, m_state.dsn, m_state.catalog, name)
+            const auto known = accessor ? accessor->GetTableInfoAt(database.provider(), database.dsn(), database.catalog(), name)
                                         : nullptr;
             if (!known)
                 return false;
@@ -47,14 +57,14 @@ bool ColumnStep::prepare()
     return true;
 }
 
+bool ColumnStep::isComplete() const
+{
+    return m_state.definition()->selections()->count() > 0;
+}
+
 QStringList ColumnStep::tableNames() const
 {
-    QStringList names;
-    const tessaly::NameMap &chosen = *m_state.chosenTables;
-    names.reserve(chosen.count());
-    for (int i = 0; i < chosen.count(); ++i)
-        names.append(chosen.key(i));
-    return names;
+    return m_state.tables().chosenNames();
 }
 
 QStringList ColumnStep::columnNames(const QString &table) const
@@ -140,6 +150,10 @@ void ColumnStep::moveSelectionDown(const QString &displayName)
 
 bool ColumnStep::isBadAlias(const QString &alias) const
 {
+    // Beside the duplicates, an alias the engines cannot take as written: the query would
+    // fail only when it runs.
+    if (!isUsableAlias(alias))
+        return true;
     const SQLInfo &definition = *m_state.definition();
     for (const QString &name : *definition.selections()) {
         if (alias == name)
@@ -237,7 +251,7 @@ ColumnStep::ExpressionEditEnd ColumnStep::finishExpressionEdit(const QString &ol
 
 std::shared_ptr<TableInfo> ColumnStep::chosenTable(const QString &name) const
 {
-    return m_state.chosenTables->object<TableInfo>(name);
+    return m_state.tables().chosen().object<TableInfo>(name);
 }
 
 QStringList ColumnStep::selections() const

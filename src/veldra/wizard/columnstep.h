@@ -1,6 +1,7 @@
 #pragma once
 
 #include "veldra/dialogs/expressionchecker.h"
+#include "veldra/wizard/wizardstep.h"
 
 #include <QList>
 #include <QString>
@@ -17,7 +18,7 @@ class WizardState;
 // The rules of the column and expression step: the select list (the definition's selections
 // with their aliases), the columns of the chosen tables and the free expressions. The page
 // shows what these functions return and forwards the person's actions to them.
-class ColumnStep final : public ExpressionChecker
+class ColumnStep final : public WizardStep, public ExpressionChecker
 {
 public:
     // Longer expressions are edited in the expression dialog, not in the list.
@@ -36,11 +37,15 @@ public:
 
     explicit ColumnStep(WizardState &state);
 
+    // When the wizard opens: nothing is remembered as selected.
+    void initialize() override;
     // Entry of the step: every chosen table gets its TableInfo (asked of the accessor for
     // tables not yet known) and the chosen tables become the definition's tables. Selections
     // that no longer name a column or expression of the query are dropped. False when the
     // columns of a table cannot be had.
-    bool prepare();
+    bool prepare() override;
+    // Complete with at least one selected item.
+    bool isComplete() const override;
 
     QStringList tableNames() const;
     // The column names of a chosen table, in the table's order.

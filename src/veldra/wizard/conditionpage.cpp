@@ -1,8 +1,8 @@
 #include "veldra/wizard/conditionpage.h"
 
-#include "tessaly/uiservice.h"
 #include "veldra/dialogs/formhelpers.h"
 #include "veldra/dialogs/wizparamdialog.h"
+#include "veldra/wizard/conditionstep.h"
 #include "veldra/wizard/wizardstate.h"
 
 #include <QComboBox>
@@ -24,7 +24,8 @@ namespace {
 constexpr int KeyRole = Qt::UserRole;
 } // namespace
 
-ConditionPage::ConditionPage(WizardState &state, QWidget *parent) : WizardPage(state, parent), m_step(state)
+ConditionPage::ConditionPage(WizardState &state, QWidget *parent)
+    : WizardPage(state.condition(), parent), m_state(state), m_step(state.condition())
 {
     setObjectName(QStringLiteral("ConditionPage"));
 
@@ -75,43 +76,32 @@ ConditionPage::ConditionPage(WizardState &state, QWidget *parent) : WizardPage(s
     layout->addWidget(conditionFrame, 2);
 
     connect(m_tableCombo, &QComboBox::currentIndexChanged, this,
-            [this] { guarded("CondTableCombo", [this] { fillColumnList(); }); });
+            [this] { guarded(this, [this] { fillColumnList(); }); });
     connect(addButton, &QPushButton::clicked, this, &ConditionPage::insertColumn);
     connect(paramButton, &QPushButton::clicked, this, &ConditionPage::openParameterDialog);
     connect(m_columnList, &QListWidget::itemDoubleClicked, this, &ConditionPage::insertColumn);
     connect(m_conditionText, &QPlainTextEdit::textChanged, this, [this] {
-        guarded("ConditionText", [this] { m_step.setCondition(m_conditionText->toPlainText()); });
+        guarded(this, [this] { m_step.setCondition(m_conditionText->toPlainText()); });
         Q_EMIT completeChanged();
     });
 }
 
-void ConditionPage::initialize()
+void ConditionPage::showEntered()
 {
-    m_step.prepare();
+    const QString shown = m_tableCombo->currentText();
+    {
+        const QSignalBlocker blocker(m_tableCombo);
+        m_tableCombo->clear();
+        m_tableCombo->addItems(m_step.tableNames());
+        m_tableCombo->setCurrentIndex(std::max(0, m_tableCombo->findText(shown)));
+    }
+    fillColumnList();
     showCondition();
-}
-
-bool ConditionPage::prepare()
-{
-    guarded("ConditionPage", [this] {
-        m_step.prepare();
-        const QString shown = m_tableCombo->currentText();
-        {
-            const QSignalBlocker blocker(m_tableCombo);
-            m_tableCombo->clear();
-            m_tableCombo->addItems(m_step.tableNames());
-            m_tableCombo->setCurrentIndex(std::max(0, m_tableCombo->findText(shown)));
-        }
-        fillColumnList();
-        showCondition();
-    });
-    Q_EMIT completeChanged();
-    return true;
 }
 
 void ConditionPage::insertParameterToken(const QString &name)
 {
-    guarded("insertParameterToken", [this, &name] {
+    guarded(this, [this, &name] {
         if (const auto insertion = m_step.insertParameterToken(name, selectionStart(), selectionEnd()))
             apply(*insertion);
     });
@@ -139,7 +129,7 @@ void ConditionPage::showCondition()
 
 void ConditionPage::insertColumn()
 {
-    guarded("CondColAddButton", [this] {
+    guarded(this, [this] {
         const QListWidgetItem *item = m_columnList->currentItem();
         if (!item || !item->isSelected())
             return;
@@ -150,17 +140,14 @@ void ConditionPage::insertColumn()
 
 void ConditionPage::insertToken(int index)
 {
-    guarded("CondItemButton", [this, index] { apply(m_step.insertToken(index, selectionStart(), selectionEnd())); });
+    guarded(this, [this, index] { apply(m_step.insertToken(index, selectionStart(), selectionEnd())); });
 }
 
 void ConditionPage::openParameterDialog()
 {
-    guarded("CondParamButton", [this] {
-        WizParamDialog dialog(this);
-        dialog.setInsertParameterToken([this](const QString &name) { insertParameterToken(name); });
-        dialog.setQueryDefinition(state().definition());
-        dialog.setAccessor(state().accessor());
-        tessaly::UiService::instance().execDialog(dialog);
+    guarded(this, [this] {
+        if (const std::optional<QString> name = runParameterDialog(m_state.definition(), m_state.accessor(), this))
+            insertParameterToken(*name);
     });
 }
 

@@ -18,15 +18,12 @@ class ConditionPage : public WizardPage
 public:
     explicit ConditionPage(WizardState &state, QWidget *parent = nullptr);
 
-    void initialize() override;
-    bool prepare() override;
-
-    // Called by the parameter dialog with the parameter the person chose to use.
+    // Puts a parameter the definition holds at the caret, as the parameter dialog's OK does.
     void insertParameterToken(const QString &name);
 
-    ConditionStep &step() { return m_step; }
-
 private:
+    void showOpened() override { showCondition(); }
+    void showEntered() override;
     void fillColumnList();
     void showCondition();
     void insertColumn();
@@ -36,7 +33,8 @@ private:
     int selectionStart() const;
     int selectionEnd() const;
 
-    ConditionStep m_step;
+    WizardState &m_state;
+    ConditionStep &m_step;
     QComboBox *m_tableCombo;
     QListWidget *m_columnList;
     QPlainTextEdit *m_conditionText;

@@ -3,6 +3,7 @@
 #include "veldra/records/paraminfo.h"
 #include "veldra/records/sqlinfo.h"
 #include "veldra/records/tableinfo.h"
+#include "veldra/wizard/tablestep.h"
 #include "veldra/wizard/wizardstate.h"
 
 #include <algorithm>
@@ -19,24 +20,15 @@ const char16_t *const tokens[ConditionStep::TokenCount] = {
 
 ConditionStep::ConditionStep(WizardState &state) : m_state(state) {}
 
-void ConditionStep::prepare()
-{
-    m_state.pendingInsertText.clear();
-}
-
 QStringList ConditionStep::tableNames() const
 {
-    QStringList names;
-    const tessaly::NameMap &chosen = *m_state.chosenTables;
-    for (int i = 0; i < chosen.count(); ++i)
-        names.append(chosen.key(i));
-    return names;
+    return m_state.tables().chosenNames();
 }
 
 QList<ConditionStep::ColumnItem> ConditionStep::columnItems(const QString &table) const
 {
     QList<ColumnItem> items;
-    const auto info = m_state.chosenTables->object<TableInfo>(table);
+    const auto info = m_state.tables().chosen().object<TableInfo>(table);
     if (!info || !info->columns())
         return items;
     const tessaly::NameMap &columns = *info->columns();
@@ -68,30 +60,28 @@ void ConditionStep::setCondition(const QString &condition)
     m_state.definition()->setCondition(condition);
 }
 
-ConditionStep::Insertion ConditionStep::insertPendingText(int selectionStart, int selectionEnd)
+ConditionStep::Insertion ConditionStep::insertText(const QString &text, int selectionStart, int selectionEnd) const
 {
     const int length = int(condition().size());
     Insertion insertion;
     insertion.start = std::clamp(std::min(selectionStart, selectionEnd), 0, length);
     insertion.end = std::clamp(std::max(selectionStart, selectionEnd), 0, length);
-    insertion.text = m_state.pendingInsertText;
+    insertion.text = text;
     insertion.caret = insertion.start + int(insertion.text.size());
-    m_state.pendingInsertText.clear();
     return insertion;
 }
 
 ConditionStep::Insertion ConditionStep::insertColumnToken(const QString &table, const ColumnItem &item,
                                                           int selectionStart, int selectionEnd)
 {
-    m_state.pendingInsertText = item.key.isEmpty() ? table + u'.' + item.text + u' ' : item.text + u' ';
-    return insertPendingText(selectionStart, selectionEnd);
+    const QString text = item.key.isEmpty() ? table + u'.' + item.text + u' ' : item.text + u' ';
+    return insertText(text, selectionStart, selectionEnd);
 }
 
 ConditionStep::Insertion ConditionStep::insertToken(int index, int selectionStart, int selectionEnd)
 {
     const QString caption = tokenCaption(index);
-    m_state.pendingInsertText = caption + u' ';
-    Insertion insertion = insertPendingText(selectionStart, selectionEnd);
+    Insertion insertion = insertText(caption + u' ', selectionStart, selectionEnd);
     if (caption.endsWith(u')'))
         insertion.caret -= 2;
     return insertion;
@@ -102,8 +92,7 @@ std::optional<ConditionStep::Insertion> ConditionStep::insertParameterToken(cons
 {
     if (name.isEmpty() || !m_state.definition()->parameters()->object<ParamInfo>(name))
         return std::nullopt;
-    m_state.pendingInsertText = name + u' ';
-    return insertPendingText(selectionStart, selectionEnd);
+    return insertText(name + u' ', selectionStart, selectionEnd);
 }
 
 } // namespace veldra

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "veldra/wizard/wizardstep.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -12,8 +14,9 @@ class WizardState;
 
 // The rules of the WHERE condition step: which columns the person can pick and what each
 // button puts into the condition text, and where the caret goes. The condition text itself is
-// the definition's; the page only shows it.
-class ConditionStep
+// the definition's; the page only shows it. The step is always complete: an empty condition is
+// allowed.
+class ConditionStep final : public WizardStep
 {
 public:
     static constexpr int TokenCount = 10;
@@ -38,9 +41,6 @@ public:
 
     explicit ConditionStep(WizardState &state);
 
-    // Entry of the step: nothing is waiting to be inserted.
-    void prepare();
-
     QStringList tableNames() const;
     QList<ColumnItem> columnItems(const QString &table) const;
     // The caption of token button index (0..TokenCount-1); empty outside.
@@ -49,10 +49,8 @@ public:
     const QString &condition() const;
     void setCondition(const QString &condition);
 
-    // The pending text replaces the selection between selectionStart and selectionEnd (either
-    // order) of the current condition; the pending text is cleared.
-    Insertion insertPendingText(int selectionStart, int selectionEnd);
-
+    // Each insertion replaces the selection between selectionStart and selectionEnd (either
+    // order) of the current condition.
     Insertion insertColumnToken(const QString &table, const ColumnItem &item, int selectionStart, int selectionEnd);
     // An aggregate token leaves the caret between its parentheses.
     Insertion insertToken(int index, int selectionStart, int selectionEnd);
@@ -60,6 +58,8 @@ public:
     std::optional<Insertion> insertParameterToken(const QString &name, int selectionStart, int selectionEnd);
 
 private:
+    Insertion insertText(const QString &text, int selectionStart, int selectionEnd) const;
+
     WizardState &m_state;
 };
 

@@ -1,6 +1,9 @@
 #include "veldra/wizard/databasepage.h"
 
+#include "veldra/dialogs/formhelpers.h"
 #include "veldra/resources/stringtable.h"
+#include "veldra/wizard/databasestep.h"
+#include "veldra/wizard/wizardstate.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -21,7 +24,8 @@ void fillCombo(QComboBox *combo, const StepChoices &choices)
 }
 } // namespace
 
-DatabasePage::DatabasePage(WizardState &state, QWidget *parent) : WizardPage(state, parent), m_step(state)
+DatabasePage::DatabasePage(WizardState &state, QWidget *parent)
+    : WizardPage(state.database(), parent), m_step(state.database())
 {
     auto *frame = new QGroupBox(text(StringId::DatabaseStepCaption), this);
     frame->setObjectName(QStringLiteral("DatabaseFrame"));
@@ -42,6 +46,13 @@ DatabasePage::DatabasePage(WizardState &state, QWidget *parent) : WizardPage(sta
     m_providers = addRow(QStringLiteral("ProviderLabel"), StringId::ProviderLabel, QStringLiteral("ProviderCombo"));
     m_dataSources = addRow(QStringLiteral("DSNLabel"), StringId::DSNLabel, QStringLiteral("DSNCombo"));
     m_catalogs = addRow(QStringLiteral("CatalogLabel"), StringId::CatalogLabel, QStringLiteral("CatalogCombo"));
+    // Ours: why the chosen data source is marked "(Unavailable)".
+    m_dataSourceReason = new QLabel(frame);
+    m_dataSourceReason->setObjectName(QStringLiteral("DSNReasonLabel"));
+    m_dataSourceReason->setTextFormat(Qt::PlainText);
+    m_dataSourceReason->setWordWrap(true);
+    m_dataSourceReason->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    form->addRow(QString(), m_dataSourceReason);
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -53,23 +64,21 @@ DatabasePage::DatabasePage(WizardState &state, QWidget *parent) : WizardPage(sta
     connect(m_catalogs, &QComboBox::activated, this, &DatabasePage::catalogActivated);
 }
 
-void DatabasePage::initialize()
-{
-    m_step.initialize();
-    showLists();
-}
-
 void DatabasePage::providerActivated(int index)
 {
-    if (m_step.chooseProvider(m_providers->itemText(index)))
-        showLists();
+    form::guarded(this, [this, index] {
+        if (m_step.chooseProvider(m_providers->itemText(index)))
+            showLists();
+    });
     Q_EMIT completeChanged();
 }
 
 void DatabasePage::dataSourceActivated(int index)
 {
-    if (m_step.chooseDataSource(m_dataSources->itemText(index)))
-        showLists();
+    form::guarded(this, [this, index] {
+        if (m_step.chooseDataSource(m_dataSources->itemText(index)))
+            showLists();
+    });
     Q_EMIT completeChanged();
 }
 
@@ -82,8 +91,14 @@ void DatabasePage::catalogActivated(int index)
 void DatabasePage::showLists()
 {
     fillCombo(m_providers, m_step.providers());
-    fillCombo(m_dataSources, m_step.dataSources());
+    const StepChoices dataSources = m_step.dataSources();
+    fillCombo(m_dataSources, dataSources);
+    for (int i = 0; i < dataSources.entries.size(); ++i)
+        m_dataSources->setItemData(i, m_step.unavailableReason(dataSources.entries.at(i)), Qt::ToolTipRole);
     fillCombo(m_catalogs, m_step.catalogs());
+    const QString reason = m_step.unavailableReason(m_step.dsn());
+    m_dataSourceReason->setText(reason);
+    m_dataSourceReason->setVisible(!reason.isEmpty());
 }
 
 } // namespace veldra

@@ -1,8 +1,7 @@
 #include "veldra/wizard/finishpage.h"
 
-#include "veldra/records/sqlinfo.h"
-#include "veldra/records/statementtext.h"
 #include "veldra/resources/stringtable.h"
+#include "veldra/wizard/finishstep.h"
 #include "veldra/wizard/wizardstate.h"
 
 #include <QFontDatabase>
@@ -12,7 +11,8 @@
 
 namespace veldra {
 
-FinishPage::FinishPage(WizardState &state, QWidget *parent) : WizardPage(state, parent)
+FinishPage::FinishPage(WizardState &state, QWidget *parent)
+    : WizardPage(state.finishing(), parent), m_step(state.finishing())
 {
     auto *frame = new QGroupBox(text(StringId::FinalStepCaption), this);
     frame->setObjectName(QStringLiteral("FinishFrame"));
@@ -32,10 +32,9 @@ FinishPage::FinishPage(WizardState &state, QWidget *parent) : WizardPage(state, 
     layout->addWidget(frame);
 }
 
-bool FinishPage::prepare()
+void FinishPage::showEntered()
 {
-    m_text->setPlainText(statementText(*state().definition()));
-    return true;
+    m_text->setPlainText(m_step.statement());
 }
 
 } // namespace veldra

@@ -6,6 +6,9 @@ class QPlainTextEdit;
 
 namespace veldra {
 
+class FinishStep;
+class WizardState;
+
 // Step 5: the finished statement, to read before Finish.
 class FinishPage : public WizardPage
 {
@@ -14,10 +17,10 @@ class FinishPage : public WizardPage
 public:
     explicit FinishPage(WizardState &state, QWidget *parent = nullptr);
 
-    // Shows the statement text of the working definition.
-    bool prepare() override;
-
 private:
+    void showEntered() override;
+
+    FinishStep &m_step;
     QPlainTextEdit *m_text;
 };
 

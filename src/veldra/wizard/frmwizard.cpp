@@ -1,7 +1,7 @@
 #include "veldra/wizard/frmwizard.h"
 
-#include "tessaly/error.h"
 #include "tessaly/uiservice.h"
+#include "veldra/dialogs/formhelpers.h"
 #include "veldra/dialogs/wizdberrordialog.h"
 #include "veldra/resources/stringtable.h"
 #include "veldra/service/tsaccessor.h"
@@ -10,7 +10,6 @@
 #include "veldra/wizard/databasepage.h"
 #include "veldra/wizard/finishpage.h"
 #include "veldra/wizard/grouporderpage.h"
-#include "veldra/wizard/grouporderstep.h"
 #include "veldra/wizard/tablepage.h"
 
 #include <QCloseEvent>
@@ -54,9 +53,9 @@ frmWizard::frmWizard(QWidget *parent) : QDialog(parent)
     m_next->setDefault(true);
     m_back->setAutoDefault(false);
     m_quit->setAutoDefault(false);
-    connect(m_back, &QPushButton::clicked, this, [this] { guarded([this] { backClicked(); }); });
-    connect(m_next, &QPushButton::clicked, this, [this] { guarded([this] { nextClicked(); }); });
-    connect(m_quit, &QPushButton::clicked, this, [this] { guarded([this] { quitClicked(); }); });
+    connect(m_back, &QPushButton::clicked, this, [this] { form::guarded(this, [this] { backClicked(); }); });
+    connect(m_next, &QPushButton::clicked, this, [this] { form::guarded(this, [this] { nextClicked(); }); });
+    connect(m_quit, &QPushButton::clicked, this, [this] { form::guarded(this, [this] { quitClicked(); }); });
 
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_steps, 1);
@@ -121,14 +120,7 @@ bool frmWizard::prepareStep(int step)
 {
     if (step <= WizardState::DatabaseStep || step >= WizardState::StepCount)
         return true;
-    if (step == WizardState::FinishStep)
-        storeGroupOrder();
     return m_pages[size_t(step)]->prepare();
-}
-
-void frmWizard::storeGroupOrder()
-{
-    GroupOrderStep(m_state).store();
 }
 
 void frmWizard::updateNext()
@@ -190,20 +182,10 @@ void frmWizard::keyPressEvent(QKeyEvent *event)
 {
     // Escape would close the dialog without the question that Quit asks.
     if (event->matches(QKeySequence::Cancel)) {
-        guarded([this] { quitClicked(); });
+        form::guarded(this, [this] { quitClicked(); });
         return;
     }
     QDialog::keyPressEvent(event);
-}
-
-template<typename Handler>
-void frmWizard::guarded(Handler handler)
-{
-    try {
-        handler();
-    } catch (const tessaly::Error &error) {
-        tessaly::UiService::instance().report(text(StringId::WizardCaption), { error.message() });
-    }
 }
 
 } // namespace veldra

@@ -48,18 +48,12 @@ private:
     bool showStepFrame(int step);
     bool isStepComplete(int step) const;
     bool prepareStep(int step);
-    // Step 4's choices go into the definition before the statement is shown.
-    void storeGroupOrder();
     void updateNext();
 
     void backClicked();
     void nextClicked();
     void quitClicked();
     bool confirmQuit();
-    // Runs a handler at the boundary to the event loop: an error the records or the service
-    // raise is shown instead of escaping.
-    template<typename Handler>
-    void guarded(Handler handler);
 
     WizardState m_state;
     QStackedWidget *m_steps;

@@ -1,6 +1,8 @@
 #include "veldra/wizard/grouporderpage.h"
 
 #include "veldra/dialogs/formhelpers.h"
+#include "veldra/wizard/grouporderstep.h"
+#include "veldra/wizard/wizardstate.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -18,7 +20,8 @@ namespace veldra {
 
 using namespace form;
 
-GroupOrderPage::GroupOrderPage(WizardState &state, QWidget *parent) : WizardPage(state, parent), m_step(state)
+GroupOrderPage::GroupOrderPage(WizardState &state, QWidget *parent)
+    : WizardPage(state.groupOrder(), parent), m_step(state.groupOrder())
 {
     setObjectName(QStringLiteral("GroupOrderPage"));
     auto *frame = newGroupBox(QStringLiteral("GrpOrdFrame"), StringId::GroupOrderStepCaption, this);
@@ -86,13 +89,13 @@ GroupOrderPage::GroupOrderPage(WizardState &state, QWidget *parent) : WizardPage
     layout->addWidget(frame);
 
     connect(m_topnCheck, &QCheckBox::clicked, this, [this](bool on) {
-        guarded("GrpOrdTopnCheck", [this, on] {
+        guarded(this, [this, on] {
             m_step.setRowCountOn(on);
             refreshRowCount();
         });
     });
     connect(m_topnText, &QLineEdit::textEdited, this,
-            [this](const QString &text) { guarded("GrpOrdTopnText", [this, &text] { m_step.setRowCountText(text); }); });
+            [this](const QString &text) { guarded(this, [this, &text] { m_step.setRowCountText(text); }); });
     m_topnText->installEventFilter(this);
     connect(m_topnParamCheck, &QCheckBox::clicked, this, [this](bool on) { m_step.setRowCountAsParam(on); });
 
@@ -112,7 +115,7 @@ GroupOrderPage::GroupOrderPage(WizardState &state, QWidget *parent) : WizardPage
     });
 
     connect(m_orderCheck, &QCheckBox::clicked, this, [this](bool on) {
-        guarded("GrpOrdOrderCheck", [this, on] {
+        guarded(this, [this, on] {
             m_step.setOrderByOn(on);
             fillOrderList();
             refreshOrderDirection();
@@ -126,7 +129,7 @@ GroupOrderPage::GroupOrderPage(WizardState &state, QWidget *parent) : WizardPage
         Q_EMIT completeChanged();
     });
     connect(m_orderParamCheck, &QCheckBox::clicked, this, [this](bool on) {
-        guarded("GrpOrdOrderParamCheck", [this, on] {
+        guarded(this, [this, on] {
             m_step.setOrderByAsParam(on);
             fillOrderList();
             refreshOrderDirection();
@@ -134,26 +137,17 @@ GroupOrderPage::GroupOrderPage(WizardState &state, QWidget *parent) : WizardPage
     });
 }
 
-void GroupOrderPage::initialize()
+void GroupOrderPage::showEntered()
 {
-    m_step.initialize();
-}
-
-bool GroupOrderPage::prepare()
-{
-    guarded("GroupOrderPage", [this] {
-        m_step.prepare();
-        refreshRowCount();
-        showGrouping();
-        {
-            const QSignalBlocker blocker(m_orderCheck);
-            m_orderCheck->setChecked(m_step.orderByOn());
-        }
-        fillOrderList();
-        refreshOrderDirection();
-        refreshOrderParam();
-    });
-    return true;
+    refreshRowCount();
+    showGrouping();
+    {
+        const QSignalBlocker blocker(m_orderCheck);
+        m_orderCheck->setChecked(m_step.orderByOn());
+    }
+    fillOrderList();
+    refreshOrderDirection();
+    refreshOrderParam();
 }
 
 bool GroupOrderPage::eventFilter(QObject *watched, QEvent *event)

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "veldra/wizard/grouporderstep.h"
 #include "veldra/wizard/wizardpage.h"
 
 class QCheckBox;
@@ -12,6 +11,9 @@ class QRadioButton;
 
 namespace veldra {
 
+class GroupOrderStep;
+class WizardState;
+
 // Step 4: the row count, GROUP BY and ORDER BY of the query, each fixed or left to the
 // component's user as a parameter.
 class GroupOrderPage : public WizardPage
@@ -21,22 +23,18 @@ class GroupOrderPage : public WizardPage
 public:
     explicit GroupOrderPage(WizardState &state, QWidget *parent = nullptr);
 
-    void initialize() override;
-    bool prepare() override;
-
-    GroupOrderStep &step() { return m_step; }
-
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void showEntered() override;
     void refreshRowCount();
     void showGrouping();
     void fillOrderList();
     void refreshOrderDirection();
     void refreshOrderParam();
 
-    GroupOrderStep m_step;
+    GroupOrderStep &m_step;
     QCheckBox *m_topnCheck;
     QLabel *m_topnLabel;
     QLineEdit *m_topnText;

@@ -26,22 +26,23 @@ GroupOrderStep::GroupOrderStep(WizardState &state) : m_state(state) {}
 void GroupOrderStep::initialize()
 {
     const SQLInfo &definition = *m_state.definition();
-    m_state.lastRowCount = definition.topN() >= 1 ? definition.topN() : DefaultRowCount;
-    m_state.ascending = true;
-    m_state.orderColumn.clear();
+    m_lastRowCount = definition.topN() >= 1 ? definition.topN() : DefaultRowCount;
+    m_ascending = true;
+    m_orderColumn.clear();
     if (!definition.orderByAsParam() && !definition.orderBy()->isEmpty()) {
         const auto &first = definition.orderBy()->item(1);
-        m_state.orderColumn = first->column();
-        m_state.ascending = first->ascendant();
+        m_orderColumn = first->column();
+        m_ascending = first->ascendant();
     }
 }
 
-void GroupOrderStep::prepare()
+bool GroupOrderStep::prepare()
 {
     const SQLInfo &definition = *m_state.definition();
-    m_state.groupByChecked = definition.groupBy()->items();
-    if (!definition.selections()->items().contains(m_state.orderColumn))
-        m_state.orderColumn.clear();
+    m_groupByChecked = definition.groupBy()->items();
+    if (!definition.selections()->items().contains(m_orderColumn))
+        m_orderColumn.clear();
+    return true;
 }
 
 bool GroupOrderStep::rowCountOn() const
@@ -61,7 +62,7 @@ bool GroupOrderStep::rowCountAsParam() const
 
 void GroupOrderStep::setRowCountOn(bool on)
 {
-    m_state.definition()->setTopN(on ? m_state.lastRowCount : 0);
+    m_state.definition()->setTopN(on ? m_lastRowCount : 0);
 }
 
 bool GroupOrderStep::setRowCountText(const QString &text)
@@ -69,7 +70,7 @@ bool GroupOrderStep::setRowCountText(const QString &text)
     qint32 count = 0;
     if (!toRowCount(text, &count))
         return false;
-    m_state.lastRowCount = count;
+    m_lastRowCount = count;
     m_state.definition()->setTopN(count);
     return true;
 }
@@ -100,16 +101,16 @@ QList<GroupOrderStep::GroupItem> GroupOrderStep::groupItems() const
     QList<GroupItem> items;
     for (const QString &name : *m_state.definition()->selections()) {
         if (!name.isEmpty())
-            items.append({ name, m_state.groupByChecked.contains(name) });
+            items.append({ name, m_groupByChecked.contains(name) });
     }
     return items;
 }
 
 void GroupOrderStep::setGroupItemChecked(const QString &name, bool checked)
 {
-    m_state.groupByChecked.removeAll(name);
+    m_groupByChecked.removeAll(name);
     if (checked)
-        m_state.groupByChecked.append(name);
+        m_groupByChecked.append(name);
 }
 
 bool GroupOrderStep::orderByOn() const
@@ -139,22 +140,22 @@ QStringList GroupOrderStep::orderCandidates() const
 
 int GroupOrderStep::orderColumnIndex() const
 {
-    return int(orderCandidates().indexOf(m_state.orderColumn));
+    return int(orderCandidates().indexOf(m_orderColumn));
 }
 
 void GroupOrderStep::setOrderColumn(const QString &displayName)
 {
-    m_state.orderColumn = displayName;
+    m_orderColumn = displayName;
 }
 
 bool GroupOrderStep::ascending() const
 {
-    return m_state.ascending;
+    return m_ascending;
 }
 
 void GroupOrderStep::setAscending(bool ascending)
 {
-    m_state.ascending = ascending;
+    m_ascending = ascending;
 }
 
 bool GroupOrderStep::orderColumnEnabled() const
@@ -164,7 +165,7 @@ bool GroupOrderStep::orderColumnEnabled() const
 
 bool GroupOrderStep::isComplete() const
 {
-    return m_state.isStepComplete(WizardState::GroupOrderStep);
+    return !m_orderColumn.isEmpty() || !orderByOn() || orderByAsParam();
 }
 
 void GroupOrderStep::store()
@@ -190,7 +191,7 @@ void GroupOrderStep::store()
         for (const QString &name : *definition.selections())
             add(name, true);
     } else {
-        add(m_state.orderColumn, m_state.ascending);
+        add(m_orderColumn, m_ascending);
     }
     definition.setOrderBy(orderBy);
 }

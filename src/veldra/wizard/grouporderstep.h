@@ -1,5 +1,7 @@
 #pragma once
 
+#include "veldra/wizard/wizardstep.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -10,9 +12,8 @@ class WizardState;
 
 // The rules of the grouping, ordering and row count step. Every setting goes into the
 // definition at once, except the GROUP BY list and the ORDER BY items, which store() writes
-// when the person goes forward to the last step. All its state is in WizardState, so the frame
-// can make one for store() alone.
-class GroupOrderStep
+// when the person goes forward to the last step.
+class GroupOrderStep final : public WizardStep
 {
 public:
     // What the row count starts at when the definition has none.
@@ -27,10 +28,12 @@ public:
     explicit GroupOrderStep(WizardState &state);
 
     // When the wizard opens: the row count, direction and order column of the definition.
-    void initialize();
+    void initialize() override;
     // Entry of the step: the GROUP BY checks come from the definition, and an order column that
     // is no longer selected is forgotten.
-    void prepare();
+    bool prepare() override;
+    // A fixed ORDER BY needs its column; ordering off or as a parameter needs none.
+    bool isComplete() const override;
 
     bool rowCountOn() const;
     // The count, its label and its parameter check are usable only while a count is set.
@@ -65,8 +68,6 @@ public:
     bool orderColumnEnabled() const;
     bool orderParamEnabled() const { return orderByOn(); }
 
-    bool isComplete() const;
-
     // Going forward to the last step: groupBy gets the checked items in list order, and with
     // ORDER BY on, orderBy gets every selection as a candidate (as a parameter) or the one
     // chosen column with its direction (fixed).
@@ -74,6 +75,11 @@ public:
 
 private:
     WizardState &m_state;
+    qint32 m_lastRowCount = 0;
+    bool m_ascending = true;
+    QString m_orderColumn;
+    // The checked items of the GROUP BY list; they reach the definition only through store().
+    QStringList m_groupByChecked;
 };
 
 } // namespace veldra

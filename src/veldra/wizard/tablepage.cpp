@@ -1,8 +1,9 @@
 #include "veldra/wizard/tablepage.h"
 
-#include "tessaly/busycursor.h"
 #include "veldra/resources/stringtable.h"
 #include "veldra/wizard/tablelistmodel.h"
+#include "veldra/wizard/tablestep.h"
+#include "veldra/wizard/wizardstate.h"
 
 #include <QGroupBox>
 #include <QListView>
@@ -37,7 +38,7 @@ public:
 } // namespace
 
 TablePage::TablePage(WizardState &state, QWidget *parent)
-    : WizardPage(state, parent), m_step(state), m_model(new TableListModel(m_step, this))
+    : WizardPage(state.tables(), parent), m_step(state.tables()), m_model(new TableListModel(m_step, this))
 {
     auto *frame = new QGroupBox(text(StringId::TableStepCaption), this);
     frame->setObjectName(QStringLiteral("TableFrame"));
@@ -61,13 +62,9 @@ TablePage::TablePage(WizardState &state, QWidget *parent)
     connect(m_model, &TableListModel::chosenChanged, this, &WizardPage::completeChanged);
 }
 
-bool TablePage::prepare()
+void TablePage::showEntered()
 {
-    const tessaly::BusyCursor busy;
-    if (!m_step.prepare())
-        return false;
     m_model->reload();
-    return true;
 }
 
 } // namespace veldra

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "veldra/wizard/tablestep.h"
 #include "veldra/wizard/wizardpage.h"
 
 class QListView;
@@ -8,6 +7,8 @@ class QListView;
 namespace veldra {
 
 class TableListModel;
+class TableStep;
+class WizardState;
 
 // Step 1: the tables the query reads, checked in the catalog's list.
 class TablePage : public WizardPage
@@ -17,10 +18,10 @@ class TablePage : public WizardPage
 public:
     explicit TablePage(WizardState &state, QWidget *parent = nullptr);
 
-    bool prepare() override;
-
 private:
-    TableStep m_step;
+    void showEntered() override;
+
+    TableStep &m_step;
     TableListModel *m_model;
     QListView *m_list;
 };

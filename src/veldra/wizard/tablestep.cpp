@@ -4,9 +4,12 @@
 #include "veldra/records/dbinfo.h"
 #include "veldra/records/sqlinfo.h"
 #include "veldra/service/tsaccessor.h"
+#include "veldra/wizard/databasestep.h"
 #include "veldra/wizard/wizardstate.h"
 
 namespace veldra {
+
+TableStep::TableStep(WizardState &state) : m_state(state), m_chosen(std::make_shared<tessaly::NameMap>()) {}
 
 bool TableStep::prepare()
 {
@@ -14,7 +17,8 @@ bool TableStep::prepare()
     // The structure is read (and cached) by the database step; without it there are no tables.
     if (!accessor || !accessor->GetDatabaseStructure())
         return false;
-    const auto tables = accessor->GetTablesAt(m_state.provider, m_state.dsn, m_state.catalog);
+    const veldra::DatabaseStep &chosenDatabase = m_state.database();
+    const auto tables = accessor->GetTablesAt(chosenDatabase.provider(), chosenDatabase.dsn(), chosenDatabase.catalog());
     if (!tables || tables->isEmpty())
         return false;
 
@@ -28,15 +32,15 @@ bool TableStep::prepare()
             if (tables->contains(name))
                 chosen->set(name, known.item(i));
         }
-        m_state.chosenTables = std::move(chosen);
+        m_chosen = std::move(chosen);
     }
-    else if (database.provider() != m_state.provider || database.dsn() != m_state.dsn
-             || database.catalog() != m_state.catalog) {
-        m_state.chosenTables = std::make_shared<tessaly::NameMap>();
+    else if (database.provider() != chosenDatabase.provider() || database.dsn() != chosenDatabase.dsn()
+             || database.catalog() != chosenDatabase.catalog()) {
+        m_chosen = std::make_shared<tessaly::NameMap>();
     }
-    database.setProvider(m_state.provider);
-    database.setDsn(m_state.dsn);
-    database.setCatalog(m_state.catalog);
+    database.setProvider(chosenDatabase.provider());
+    database.setDsn(chosenDatabase.dsn());
+    database.setCatalog(chosenDatabase.catalog());
 
     m_tableNames.clear();
     m_tableNames.reserve(tables->count());
@@ -45,20 +49,34 @@ bool TableStep::prepare()
     return true;
 }
 
+bool TableStep::isComplete() const
+{
+    return m_chosen->count() > 0;
+}
+
+QStringList TableStep::chosenNames() const
+{
+    QStringList names;
+    names.reserve(m_chosen->count());
+    for (int i = 0; i < m_chosen->count(); ++i)
+        names.append(m_chosen->key(i));
+    return names;
+}
+
 bool TableStep::isChosen(const QString &table) const
 {
-    return m_state.chosenTables->contains(table);
+    return m_chosen->contains(table);
 }
 
 void TableStep::setChosen(const QString &table, bool chosen)
 {
     if (chosen) {
         // A table chosen already keeps the TableInfo the column step may have filled in.
-        if (!m_state.chosenTables->contains(table))
-            m_state.chosenTables->set(table, QVariant());
+        if (!m_chosen->contains(table))
+            m_chosen->set(table, QVariant());
     }
     else {
-        m_state.chosenTables->remove(table);
+        m_chosen->remove(table);
     }
 }
 

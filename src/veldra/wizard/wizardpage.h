@@ -4,32 +4,34 @@
 
 namespace veldra {
 
-class WizardState;
+class WizardStep;
 
-// One step's face in frmWizard. A page shows what its step rules decide from the shared
-// WizardState and forwards the person's actions to them; it keeps no state of its own that the
-// rules need.
+// One step's face in frmWizard. A page shows what its step decides and forwards the person's
+// actions to it; it keeps no state of its own that the step's rules need.
 class WizardPage : public QWidget
 {
     Q_OBJECT
 
 public:
-    WizardPage(WizardState &state, QWidget *parent = nullptr) : QWidget(parent), m_state(state) {}
+    WizardPage(WizardStep &step, QWidget *parent = nullptr);
 
-    // Run for every step when the wizard opens (StartWizard's "initialisation of all steps").
-    virtual void initialize() {}
-    // Run when the person goes forward into the step; false keeps the wizard where it is.
-    virtual bool prepare() { return true; }
+    // When the wizard opens: the step starts over and the page shows it.
+    void initialize();
+    // The person goes forward into the step: the step prepares, under the busy cursor, and the
+    // page shows it. False keeps the wizard where it is; an error is shown to the person.
+    bool prepare();
 
 Q_SIGNALS:
-    // The step's completeness may have changed: the frame asks WizardState::isStepComplete.
+    // The step's completeness may have changed: the frame asks the step again.
     void completeChanged();
 
 protected:
-    WizardState &state() const { return m_state; }
+    // What the page shows once the wizard opened, and once the step was entered.
+    virtual void showOpened() {}
+    virtual void showEntered() {}
 
 private:
-    WizardState &m_state;
+    WizardStep &m_step;
 };
 
 } // namespace veldra

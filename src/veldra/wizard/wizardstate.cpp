@@ -5,10 +5,27 @@
 #include "tessaly/zetprimitivemodel.h"
 #include "veldra/records/sqlinfo.h"
 #include "veldra/service/tsaccessor.h"
+#include "veldra/wizard/columnstep.h"
+#include "veldra/wizard/conditionstep.h"
+#include "veldra/wizard/databasestep.h"
+#include "veldra/wizard/finishstep.h"
+#include "veldra/wizard/grouporderstep.h"
+#include "veldra/wizard/tablestep.h"
 
 namespace veldra {
 
-WizardState::WizardState() : m_definition(std::make_shared<SQLInfo>()) { }
+WizardState::WizardState()
+    : m_definition(std::make_shared<SQLInfo>()),
+      m_database(std::make_unique<veldra::DatabaseStep>(*this)),
+      m_tables(std::make_unique<veldra::TableStep>(*this)),
+      m_columns(std::make_unique<veldra::ColumnStep>(*this)),
+      m_condition(std::make_unique<veldra::ConditionStep>(*this)),
+      m_groupOrder(std::make_unique<veldra::GroupOrderStep>(*this)),
+      m_finish(std::make_unique<veldra::FinishStep>(*this)),
+      m_steps{ m_database.get(), m_tables.get(), m_columns.get(), m_condition.get(), m_groupOrder.get(), m_finish.get() }
+{
+}
+
 WizardState::~WizardState() = default;
 
 bool WizardState::start(const std::shared_ptr<tessaly::zetPrimitiveModel> &model,
@@ -40,21 +57,17 @@ bool WizardState::setCurrentStep(int step)
     return true;
 }
 
+WizardStep &WizardState::step(int index) const
+{
+    if (index < 0 || index >= StepCount)
+        throw tessaly::Error(tessaly::ErrorNumber::SubscriptOutOfRange,
+                             QStringLiteral("the wizard has no step %1").arg(index));
+    return *m_steps[size_t(index)];
+}
+
 bool WizardState::isStepComplete(int step) const
 {
-    switch (step) {
-    case DatabaseStep:
-        return !provider.isEmpty() && !dsn.isEmpty() && !catalog.isEmpty();
-    case TableStep:
-        return chosenTables && chosenTables->count() > 0;
-    case ColumnStep:
-        return m_definition && m_definition->selections()->count() > 0;
-    case GroupOrderStep:
-        return !orderColumn.isEmpty() || !m_definition || m_definition->orderByAsParam()
-                || !m_definition->useOrderBy();
-    default:
-        return true;
-    }
+    return step >= 0 && step < StepCount && this->step(step).isComplete();
 }
 
 void WizardState::finish()

@@ -1,10 +1,8 @@
 #pragma once
 
-#include "tessaly/namemap.h"
-
 #include <QString>
-#include <QStringList>
 
+#include <array>
 #include <memory>
 
 namespace tessaly {
@@ -15,13 +13,20 @@ class zetVariable;
 
 namespace veldra {
 
+class ColumnStep;
+class ConditionStep;
+class DatabaseStep;
+class FinishStep;
+class GroupOrderStep;
 class SQLInfo;
 class TSAccessor;
+class TableStep;
+class WizardStep;
 
 // Everything the query creation wizard knows while it is open, without any window: the
 // component model that receives the result, the working copy of the definition, the one
-// accessor of the form's life, the current step and the choices each step keeps. The pages
-// show it and forward the person's actions; the step rules read and change it.
+// accessor of the form's life, the current step, and the six steps, each with its own choices
+// and its own rule for Next.
 class WizardState
 {
 public:
@@ -59,8 +64,17 @@ public:
     bool isFirstStep() const { return m_currentStep == DatabaseStep; }
     bool isLastStep() const { return m_currentStep == FinishStep; }
 
-    // Whether Next may be enabled on a step.
+    // The step at an index 0..StepCount-1.
+    WizardStep &step(int index) const;
+    // Whether Next may be enabled on a step: that step's own rule; false outside the steps.
     bool isStepComplete(int step) const;
+
+    veldra::DatabaseStep &database() const { return *m_database; }
+    veldra::TableStep &tables() const { return *m_tables; }
+    veldra::ColumnStep &columns() const { return *m_columns; }
+    veldra::ConditionStep &condition() const { return *m_condition; }
+    veldra::GroupOrderStep &groupOrder() const { return *m_groupOrder; }
+    veldra::FinishStep &finishing() const { return *m_finish; }
 
     // Finish: the model's "SQLInfo" slot gets the working definition, then its "BuildUI" slot
     // the same object, and the next opening starts on the first step.
@@ -68,31 +82,21 @@ public:
     // Quit: the model is not touched; the next opening starts on the first step.
     void quit();
 
-    // Step 0 and 1: the chosen database and the chosen tables (table name -> its TableInfo
-    // where known, else an empty value). The tables are replaced by a new map when the
-    // database changes.
-    QString provider;
-    QString dsn;
-    QString catalog;
-    std::shared_ptr<tessaly::NameMap> chosenTables = std::make_shared<tessaly::NameMap>();
-
-    // Step 3: the text waiting to be put at the caret of the condition.
-    QString pendingInsertText;
-
-    // Step 4: the last row count typed, the direction and the column of a fixed ORDER BY.
-    qint32 lastRowCount = 0;
-    bool ascending = true;
-    QString orderColumn;
-    // The checked items of the GROUP BY list; they reach the definition only when the person
-    // goes forward to the last step.
-    QStringList groupByChecked;
-
 private:
     std::shared_ptr<tessaly::zetPrimitiveModel> m_model;
     // Never null, so the pages can be built and shown before the first start().
     std::shared_ptr<SQLInfo> m_definition;
     std::unique_ptr<TSAccessor> m_accessor;
     int m_currentStep = DatabaseStep;
+
+    std::unique_ptr<veldra::DatabaseStep> m_database;
+    std::unique_ptr<veldra::TableStep> m_tables;
+    std::unique_ptr<veldra::ColumnStep> m_columns;
+    std::unique_ptr<veldra::ConditionStep> m_condition;
+    std::unique_ptr<veldra::GroupOrderStep> m_groupOrder;
+    std::unique_ptr<veldra::FinishStep> m_finish;
+    // The same steps by index.
+    std::array<WizardStep *, StepCount> m_steps;
 };
 
 } // namespace veldra

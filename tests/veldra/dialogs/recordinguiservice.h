@@ -14,6 +14,7 @@
 #include <QHash>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 
 #include <functional>
 
@@ -27,7 +28,7 @@ struct Message
 };
 
 // A modal dialog as it looked when it was run: its title and the text of every named label and
-// line edit.
+// text box.
 struct DialogSeen
 {
     QString objectName;
@@ -67,6 +68,8 @@ public:
         }
         for (const QLineEdit *edit : dialog.findChildren<QLineEdit *>())
             seen.texts.insert(edit->objectName(), edit->text());
+        for (const QPlainTextEdit *edit : dialog.findChildren<QPlainTextEdit *>())
+            seen.texts.insert(edit->objectName(), edit->toPlainText());
         dialogs.append(seen);
         dialog.setResult(QDialog::Rejected);
         bool finished = false;

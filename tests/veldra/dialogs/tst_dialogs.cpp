@@ -4,6 +4,8 @@
 #include "veldra/service/databaseerrorreport.h"
 #include "veldra/dialogs/exprdialogdecision.h"
 #include "veldra/dialogs/expressionchecker.h"
+#include "veldra/dialogs/formhelpers.h"
+#include "tessaly/error.h"
 #include "veldra/dialogs/wizdberrordialog.h"
 #include "veldra/dialogs/wizexprdialog.h"
 #include "veldra/resources/stringtable.h"
@@ -54,6 +56,7 @@ private Q_SLOTS:
     void databaseErrorShowsTheHexCodeAndWhereTheRequestWent_data();
     void databaseErrorShowsTheHexCodeAndWhereTheRequestWent();
     void databaseErrorDialogClosesOnOkOnlyAndDetailDoesNothing();
+    void anErrorInAHandlerIsShownToThePerson();
     void consoleWritesOneLineAndAnswersQuestionsNegatively_data();
     void consoleWritesOneLineAndAnswersQuestionsNegatively();
 
@@ -176,11 +179,13 @@ void tst_Dialogs::databaseErrorShowsTheHexCodeAndWhereTheRequestWent()
     QFETCH(QStringList, lines);
     StringTable::setLanguage(language);
     m_ui->windows = windows;
-    showDatabaseError({ -2147467259, "SQLite", "Sample", "main", "orders" });
+    showDatabaseError({ -2147467259, "SQLite", "Sample", "main", "orders", "file does not exist: /x.db" });
     QCOMPARE(m_ui->dialogs.size(), windows ? 1 : 0);
     QList<QStringList> shown = m_ui->reports;
     for (const testui::DialogSeen &seen : m_ui->dialogs) {
         QCOMPARE(seen.objectName, "WizDBErrorDialog");
+        // Beside the system's fields, the service's reason.
+        QCOMPARE(seen.texts.value("ReasonText"), "file does not exist: /x.db");
         QStringList texts{ seen.title, seen.texts.value("Label") };
         for (const QString field : { "ErrorCode", "Provider", "DSN", "Catalog", "Table" })
             texts.append(seen.texts.value(field + "Label") + ' ' + seen.texts.value(field + "Text"));
@@ -197,6 +202,15 @@ void tst_Dialogs::databaseErrorDialogClosesOnOkOnlyAndDetailDoesNothing()
     QVERIFY(!m_ui->closedByScript);
     m_ui->script = [](QDialog &shown) { press(shown, "OKButton"); };
     QCOMPARE(m_ui->execDialog(dialog), int(QDialog::Accepted));
+}
+
+void tst_Dialogs::anErrorInAHandlerIsShownToThePerson()
+{
+    WizExprDialog dialog;
+    dialog.setWindowTitle("Edit expression");
+    QVERIFY(form::guarded(&dialog, [] {}));
+    QVERIFY(!form::guarded(&dialog, [] { throw tessaly::Error(tessaly::ErrorNumber::Fail, "the file is gone"); }));
+    QCOMPARE(m_ui->reports, QList<QStringList>{ QStringList({ "Edit expression", "the file is gone" }) });
 }
 
 void tst_Dialogs::consoleWritesOneLineAndAnswersQuestionsNegatively_data()

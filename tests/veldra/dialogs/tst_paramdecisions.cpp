@@ -9,6 +9,7 @@
 #include "veldra/dialogs/listselection.h"
 #include "veldra/dialogs/parameditdecision.h"
 #include "veldra/dialogs/paramlistdecision.h"
+#include "veldra/dialogs/sqlliteral.h"
 #include "veldra/records/paraminfo.h"
 #include "veldra/records/sqlinfo.h"
 #include "veldra/resources/stringtable.h"
@@ -61,6 +62,9 @@ private Q_SLOTS:
     void switchingTheKindKeepsTheSelectionValues();
     void selectionValueEditsKeepTheOrderAndChooseARow_data();
     void selectionValueEditsKeepTheOrderAndChooseARow();
+    void literalsAreWhatTheEnginesTakeAsWritten_data();
+    void literalsAreWhatTheEnginesTakeAsWritten();
+    void quoteMakesLiteralsInPlaceAndKeepsTheNames();
 
     void tablesAndColumnsComeFromTheCacheOnceAsked();
     void pairsComeFromTheTwoChosenColumns_data();
@@ -219,6 +223,10 @@ void tst_ParamDecisions::selectionValueEditsKeepTheOrderAndChooseARow_data()
     QTest::newRow("take replaces the values whole") << "take" << "x=X,y=Y" << "x=X y=Y";
     QTest::newRow("delete the first") << "delete" << "0" << "b=B* c=C";
     QTest::newRow("delete the last") << "delete" << "2" << "a=A b=B*";
+    QTest::newRow("modify the name only: in place") << "modify" << "b>b=Bee" << "a=A b=Bee* c=C";
+    QTest::newRow("modify the value: in the row's place") << "modify" << "b>x=X" << "a=A x=X* c=C";
+    QTest::newRow("modify into a later value: one row") << "modify" << "a>c=See" << "c=See* b=B";
+    QTest::newRow("modify into an earlier value: one row") << "modify" << "c>a=Aye" << "b=B a=Aye*";
 }
 
 void tst_ParamDecisions::selectionValueEditsKeepTheOrderAndChooseARow()
@@ -231,6 +239,9 @@ void tst_ParamDecisions::selectionValueEditsKeepTheOrderAndChooseARow()
     edit.setParameter(edited);
     if (operation == "store") {
         edit.storeValue(argument.section('=', 0, 0), argument.section('=', 1));
+    } else if (operation == "modify") {
+        edit.modifyValue(argument.section('>', 0, 0), argument.section('>', 1).section('=', 0, 0),
+                         argument.section('=', 1));
     } else if (operation == "take") {
         const auto taken = parameter({}, 2, {}, argument)->selections();
         edit.takeValues(taken);
@@ -239,6 +250,52 @@ void tst_ParamDecisions::selectionValueEditsKeepTheOrderAndChooseARow()
         edit.deleteRow(argument.toInt());
     }
     QCOMPARE(shown(edit.valueRows()), after);
+}
+
+void tst_ParamDecisions::literalsAreWhatTheEnginesTakeAsWritten_data()
+{
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<bool>("literal");
+    QTest::addColumn<QString>("quoted");  // by Quote
+    QTest::addColumn<QString>("content"); // read from a column, stored as a literal
+    QTest::newRow("a number") << "-3.5e2" << true << "-3.5e2" << "-3.5e2";
+    QTest::newRow("leading zeros: a number, but kept as text from a column") << "007" << true << "007" << "'007'";
+    QTest::newRow("words") << "Small business" << false << "'Small business'" << "'Small business'";
+    QTest::newRow("a quote inside is doubled") << "O'Brien" << false << "'O''Brien'" << "'O''Brien'";
+    QTest::newRow("a text literal") << "'O''Brien'" << true << "'O''Brien'" << "'''O''''Brien'''";
+    QTest::newRow("an unclosed one") << "'NE" << false << "'''NE'" << "'''NE'";
+    QTest::newRow("key words in any case") << "null" << true << "null" << "'null'";
+    QTest::newRow("a list for IN") << " 'a', 'b,c' ,3,TRUE " << true << " 'a', 'b,c' ,3,TRUE "
+                                   << "' ''a'', ''b,c'' ,3,TRUE '";
+    QTest::newRow("an empty item") << "1,,2" << false << "'1,,2'" << "'1,,2'";
+    QTest::newRow("two without a comma") << "'a' 'b'" << false << "'''a'' ''b'''" << "'''a'' ''b'''";
+}
+
+void tst_ParamDecisions::literalsAreWhatTheEnginesTakeAsWritten()
+{
+    QFETCH(QString, value);
+    QFETCH(bool, literal);
+    QFETCH(QString, quoted);
+    QFETCH(QString, content);
+    QCOMPARE(isSqlLiteral(value), literal);
+    QCOMPARE(quotedValue(value), quoted);
+    QCOMPARE(literalOfContent(value), content);
+}
+
+void tst_ParamDecisions::quoteMakesLiteralsInPlaceAndKeepsTheNames()
+{
+    ParamEditDecision edit;
+    const auto edited = parameter("@@@a", ParamInfo::ChosenFromList, "A", "NE=North,'SE'=South,3=Three,'NE'=Later");
+    const auto values = edited->selections();
+    edit.setParameter(edited);
+    edit.storeValue("x y", "Chosen");
+    QCOMPARE(edit.nonLiteralValues(), QStringList({ "NE", "x y" }));
+    QVERIFY(edit.quoteValues());
+    // The first of a value held twice keeps its row; the chosen row follows its value.
+    QCOMPARE(shown(edit.valueRows()), "'NE'=North 'SE'=South 3=Three 'x y'=Chosen*");
+    QCOMPARE(edited->selections(), values);
+    QVERIFY(edit.nonLiteralValues().isEmpty());
+    QVERIFY(!edit.quoteValues());
 }
 
 void tst_ParamDecisions::tablesAndColumnsComeFromTheCacheOnceAsked()
@@ -254,6 +311,11 @@ void tst_ParamDecisions::tablesAndColumnsComeFromTheCacheOnceAsked()
     QCOMPARE(decision.columns(), (QStringList{ "", "code", "name", "country" }));
     QVERIFY(decision.chooseKeyColumn("code") && decision.chooseValueColumn("name"));
     QVERIFY(decision.okEnabled());
+    // Stored as they are, or as literals when the person chose so.
+    QCOMPARE(decision.valuesToStore(), decision.result());
+    decision.setStoreAsLiterals(true);
+    QVERIFY(sortedPairs(*decision.valuesToStore()).startsWith("'CE'=Central, 'NE'=North East"));
+    QVERIFY(decision.result()->contains("NE"));
 
     // The same choice again asks nothing; another table unsets both columns.
     const qsizetype asked = proxy->requests.size();

@@ -19,6 +19,7 @@
 
 #include <QApplication>
 #include <QButtonGroup>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -183,14 +184,6 @@ void tst_ParamDialogs::okInsertsTheChosenNameAndCancelInsertsNothing()
     auto definition = std::make_shared<SQLInfo>();
     for (const QString name : { "@@@a", "@@@b" })
         definition->parameters()->setObject(name, parameter(name, 1, "T"));
-    WizParamDialog dialog;
-    dialog.setQueryDefinition(definition);
-    QStringList calls;
-    bool hiddenFirst = true;
-    dialog.setInsertParameterToken([&](const QString &name) {
-        calls.append(name);
-        hiddenFirst = !dialog.isVisible() && dialog.result() == QDialog::Accepted;
-    });
     m_ui->script = [&](QDialog &shown) {
         QCOMPARE(rows(shown, "ParamList"), (QStringList{ "@@@a|String Field|T", "@@@b|String Field|T" }));
         QVERIFY(!enabled(shown, "OKButton"));
@@ -201,9 +194,8 @@ void tst_ParamDialogs::okInsertsTheChosenNameAndCancelInsertsNothing()
         }
         click(shown, qPrintable(button));
     };
-    UiService::instance().execDialog(dialog);
-    QCOMPARE(calls, inserted);
-    QVERIFY(hiddenFirst);
+    const std::optional<QString> chosen = runParameterDialog(definition, nullptr, nullptr);
+    QCOMPARE(chosen ? QStringList{ *chosen } : QStringList(), inserted);
     QCOMPARE(m_ui->closedByScript, closedByScript);
     QCOMPARE(definition->parameters()->count(), 2);
 }
@@ -288,7 +280,7 @@ void tst_ParamDialogs::modifyEditsTheHeldRecordAndARenameKeepsTheOldKey()
     QCOMPARE(dialog.selectedName(), "@@@z");
 
     // A name that is no longer in the map opens nothing.
-    dialog.removeParameter("@@@z");
+    definition->parameters()->remove("@@@z");
     click(dialog, "EditButton");
     QCOMPARE(m_ui->dialogs.size(), 2);
 }
@@ -396,11 +388,7 @@ void tst_ParamDialogs::theNameFieldKeepsThePrefixInFront()
 
 void tst_ParamDialogs::okWithMissingInputSaysSoAndStaysOpen()
 {
-    auto definition = std::make_shared<SQLInfo>();
-    WizParamDialog list;
-    list.setQueryDefinition(definition);
-    WizParamEditDialog dialog(&list);
-    dialog.setListDialog(&list);
+    WizParamEditDialog dialog;
     dialog.setParameter(parameter("@@@a", 2, "A"));
     m_ui->script = [](QDialog &edit) {
         QVERIFY(!enabled(edit, "OKButton"));
@@ -413,17 +401,12 @@ void tst_ParamDialogs::okWithMissingInputSaysSoAndStaysOpen()
     QCOMPARE(m_ui->messages.first().text, "Input items required.");
     QCOMPARE(m_ui->messages.first().title, "Edit a parameter");
     QCOMPARE(m_ui->messages.first().buttons, UiService::Buttons::Ok);
-    QVERIFY(definition->parameters()->isEmpty());
 }
 
 void tst_ParamDialogs::valuesAreAddedModifiedAndDeletedByHand()
 {
-    auto definition = std::make_shared<SQLInfo>();
-    WizParamDialog list;
-    list.setQueryDefinition(definition);
     const auto edited = parameter("@@@region", 2, "Region", "NE=North East");
-    WizParamEditDialog dialog(&list);
-    dialog.setListDialog(&list);
+    WizParamEditDialog dialog;
     dialog.setParameter(edited);
     QCOMPARE(rows(dialog, "ParamValList"), QStringList{ "NE|North East" }); // no value chosen yet
 
@@ -456,14 +439,28 @@ void tst_ParamDialogs::valuesAreAddedModifiedAndDeletedByHand()
     click(dialog, "EditButton");
     QCOMPARE(rows(dialog, "ParamValList"), (QStringList{ "NE|North East Region*", "SE|South East" }));
 
+    // A changed value keeps its row; values that are no SQL literal are told and quoted on request.
+    QVERIFY(the<QLabel>(dialog, "ValueWarningLabel")->text().contains("NE, SE"));
+    m_ui->then([](QDialog &values) {
+        the<QLineEdit>(values, "ParamValKeyText")->setText("'NE'");
+        click(values, "OKButton");
+    });
+    click(dialog, "EditButton");
+    QCOMPARE(rows(dialog, "ParamValList"), (QStringList{ "'NE'|North East Region*", "SE|South East" }));
+    QVERIFY(the<QLabel>(dialog, "ValueWarningLabel")->text().contains(": SE."));
+    click(dialog, "QuoteButton");
+    QCOMPARE(rows(dialog, "ParamValList"), (QStringList{ "'NE'|North East Region*", "'SE'|South East" }));
+    QVERIFY(the<QLabel>(dialog, "ValueWarningLabel")->isHidden());
+    QVERIFY(!enabled(dialog, "QuoteButton"));
+
     click(dialog, "DeleteButton");
-    QCOMPARE(rows(dialog, "ParamValList"), QStringList{ "SE|South East*" });
+    QCOMPARE(rows(dialog, "ParamValList"), QStringList{ "'SE'|South East*" });
     QVERIFY(enabled(dialog, "OKButton"));
     click(dialog, "DeleteButton");
     QVERIFY(rows(dialog, "ParamValList").isEmpty());
     QVERIFY(!enabled(dialog, "OKButton"));
     click(dialog, "EditButton"); // no row: nothing opens
-    QCOMPARE(m_ui->dialogs.size(), 3);
+    QCOMPARE(m_ui->dialogs.size(), 4);
     QVERIFY(m_ui->messages.isEmpty());
 }
 
@@ -482,23 +479,19 @@ void tst_ParamDialogs::valueEditNeedsBothTexts()
     QFETCH(QString, value);
     QFETCH(QString, name);
     QFETCH(bool, okEnabled);
-    const auto edited = parameter("@@@region", 2, "Region");
-    WizParamEditDialog edit;
-    edit.setParameter(edited);
-    WizParamValEditDialog dialog(&edit);
-    dialog.setEditDialog(&edit);
-    dialog.setValueAndName("old", "Old");
-    QVERIFY(enabled(dialog, "OKButton"));
-    the<QLineEdit>(dialog, "ParamValKeyText")->clear();
-    the<QLineEdit>(dialog, "ParamValValText")->clear();
-    QVERIFY(!enabled(dialog, "OKButton"));
-    type(dialog, "ParamValKeyText", value);
-    type(dialog, "ParamValValText", name);
-    QCOMPARE(enabled(dialog, "OKButton"), okEnabled);
-    m_ui->script = [](QDialog &shown) { click(shown, "OKButton"); };
-    UiService::instance().execDialog(dialog);
+    m_ui->script = [&](QDialog &shown) {
+        QVERIFY(enabled(shown, "OKButton"));
+        the<QLineEdit>(shown, "ParamValKeyText")->clear();
+        the<QLineEdit>(shown, "ParamValValText")->clear();
+        QVERIFY(!enabled(shown, "OKButton"));
+        type(shown, "ParamValKeyText", value);
+        type(shown, "ParamValValText", name);
+        QCOMPARE(enabled(shown, "OKButton"), okEnabled);
+        click(shown, "OKButton");
+    };
+    const std::optional<SelectionValue> confirmed = editSelectionValue(nullptr, "old", "Old");
     QCOMPARE(m_ui->closedByScript, okEnabled);
-    QCOMPARE(pairs(*edited->selections()), okEnabled ? value + '=' + name : QString());
+    QCOMPARE(confirmed ? confirmed->value + '=' + confirmed->name : QString(), okEnabled ? value + '=' + name : QString());
 }
 
 void tst_ParamDialogs::valuesFromTwoColumnsReplaceTheOldOnes()
@@ -509,13 +502,10 @@ void tst_ParamDialogs::valuesFromTwoColumnsReplaceTheOldOnes()
     TSAccessor accessor;
     accessor.setTsProxy(proxy);
     accessor.setErrorReporter(showDatabaseError);
-    WizParamDialog list;
-    list.setQueryDefinition(definition);
-    list.setAccessor(&accessor);
     const auto edited = parameter("@@@region", 2, "Region", "XX=Old");
-    WizParamEditDialog dialog(&list);
-    dialog.setListDialog(&list);
+    WizParamEditDialog dialog;
     dialog.setParameter(edited);
+    dialog.setValueSource({ &accessor, definition->dbInfo() });
 
     m_ui->then([&](QDialog &get) {
         QCOMPARE(get.objectName(), "WizParamDBGetDialog");
@@ -540,13 +530,18 @@ void tst_ParamDialogs::valuesFromTwoColumnsReplaceTheOldOnes()
         QCOMPARE(items(get, "ParamDBGValColList").size(), 6);
         QVERIFY(enabled(get, "OKButton"));
         QVERIFY(m_ui->busyCalls > 0); // the requests ran under the busy cursor
+        // Stored as literals on request: the lists show what OK stores.
+        QVERIFY(!the<QCheckBox>(get, "ParamDBGLiteralCheck")->isChecked());
+        the<QCheckBox>(get, "ParamDBGLiteralCheck")->click();
+        QVERIFY(items(get, "ParamDBGKeyColList").contains("'NE'"));
         click(get, "OKButton");
     });
     click(dialog, "GetButton");
     QVERIFY(m_ui->closedByScript);
     QCOMPARE(edited->selections()->count(), 6);
     QVERIFY(!edited->selections()->contains("XX"));
-    QCOMPARE(edited->selections()->item("NE").toString(), "North East");
+    QCOMPARE(edited->selections()->item("'NE'").toString(), "North East");
+    QVERIFY(the<QLabel>(dialog, "ValueWarningLabel")->isHidden());
     QCOMPARE(rows(dialog, "ParamValList").size(), 6);
     QVERIFY(enabled(dialog, "OKButton"));
     QCOMPARE(m_ui->dialogs.size(), 1); // no database error on the way
@@ -558,10 +553,9 @@ void tst_ParamDialogs::dbGetOkWaitsForPairs_data()
     QTest::addColumn<QString>("value");
     QTest::addColumn<bool>("failRecords");
     QTest::addColumn<QString>("button");
-    QTest::addColumn<QString>("taken"); // what the parameter holds afterwards
-    QTest::newRow("blank display column: OK does nothing") << "code" << "" << false << "OKButton" << "XX=Old";
-    QTest::newRow("failed request: no pairs, no error dialog") << "code" << "name" << true << "OKButton" << "XX=Old";
-    QTest::newRow("Cancel keeps the old values") << "code" << "name" << false << "CancelButton" << "XX=Old";
+    QTest::newRow("blank display column: OK does nothing") << "code" << "" << false << "OKButton";
+    QTest::newRow("failed request: no pairs, no error dialog") << "code" << "name" << true << "OKButton";
+    QTest::newRow("Cancel confirms nothing") << "code" << "name" << false << "CancelButton";
 }
 
 void tst_ParamDialogs::dbGetOkWaitsForPairs()
@@ -570,18 +564,11 @@ void tst_ParamDialogs::dbGetOkWaitsForPairs()
     QFETCH(QString, value);
     QFETCH(bool, failRecords);
     QFETCH(QString, button);
-    QFETCH(QString, taken);
     const auto proxy = testservice::sampleService();
     proxy->refusing = failRecords ? "<content>record" : "";
     TSAccessor accessor;
     accessor.setTsProxy(proxy);
     accessor.setErrorReporter(showDatabaseError);
-    const auto edited = parameter("@@@region", 2, "Region", "XX=Old");
-    WizParamEditDialog edit;
-    edit.setParameter(edited);
-    WizParamDBGetDialog dialog(&edit);
-    dialog.start(&edit, &accessor, testservice::sampleDatabase());
-
     m_ui->script = [&](QDialog &get) {
         choose(get, "ParamDBGTableCombo", "regions");
         // Set both first, then the one under test, so a blank one is chosen after a full pair.
@@ -593,8 +580,8 @@ void tst_ParamDialogs::dbGetOkWaitsForPairs()
         QCOMPARE(enabled(get, "OKButton"), pairsShown);
         click(get, qPrintable(button));
     };
-    UiService::instance().execDialog(dialog);
-    QCOMPARE(pairs(*edited->selections()), taken);
+    const auto taken = retrieveSelectionValues(nullptr, &accessor, testservice::sampleDatabase());
+    QVERIFY(!taken);
     QCOMPARE(m_ui->dialogs.size(), 1);
 }
 

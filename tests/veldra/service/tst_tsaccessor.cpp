@@ -340,13 +340,19 @@ void tst_TSAccessor::failuresSetLastErrorAndAreReported()
     QCOMPARE(m_accessor->LastError(), lastError);
     QCOMPARE(m_proxy->takeCount(), requests);
     QCOMPARE(m_reports.size(), dialogs);
-    // Each report names the error in hex and where the request went.
+    // Each report names the error in hex, where the request went and the service's reason,
+    // which the accessor keeps for the level it asked.
     const QStringList where = path.split('/');
     for (const DatabaseErrorReport &report : std::as_const(m_reports)) {
         QCOMPARE((QStringList{ report.provider, report.dsn, report.catalog, report.table }),
                  (QStringList{ where.value(0), where.value(1), where.value(2), where.value(3) }));
         QCOMPARE(report.errorNumber, lastError);
+        QCOMPARE(report.message, "scripted failure");
     }
+    QCOMPARE(m_accessor->lastErrorMessage(), lastError ? "scripted failure" : "");
+    if (operation != "key values")
+        QCOMPARE(m_accessor->failureReason(where.value(0), where.value(1), where.value(2), where.value(3)),
+                 dialogs > 0 ? "scripted failure" : "");
 }
 
 void tst_TSAccessor::unsetProxyYieldsNothingAndShowsNothing()

@@ -5,6 +5,7 @@
 #include "veldra/resources/stringtable.h"
 #include "veldra/service/tsaccessor.h"
 #include "veldra/wizard/columnstep.h"
+#include "veldra/wizard/tablestep.h"
 
 #include <QTest>
 
@@ -45,11 +46,11 @@ void tst_ColumnStep::prepareFetchesUnknownTablesWithoutSharingTheCache()
     auto service = testservice::sqliteStructure({ { "staff", { "id", "boss" } } });
     auto query = testwizard::sampleQuery();
     select(*query, { "regions.name" }); // a table that is no longer chosen
+    service->levels["SQLite/Sample/main"].append("staff");
     testwizard::start(state, query, service);
-    state.accessor()->GetDatabaseStructure();
-    state.chosenTables->set("staff", QVariant());
+    state.tables().setChosen("staff", true);
 
-    ColumnStep step(state);
+    ColumnStep &step = state.columns();
     QVERIFY(step.prepare());
     const SQLInfo &definition = *state.definition();
     QCOMPARE(definition.getTableNames(), "orders,customers,staff");
@@ -78,9 +79,8 @@ void tst_ColumnStep::prepareFailsWhenATableHasNoColumns()
     auto service = testservice::sqliteStructure({ { "empty", {} } });
     testwizard::start(state, std::make_shared<SQLInfo>(), service);
     state.accessor()->setErrorReporter([](const DatabaseErrorReport &) {});
-    state.accessor()->GetDatabaseStructure();
-    state.chosenTables->set("empty", QVariant());
-    QVERIFY(!ColumnStep(state).prepare());
+    state.tables().setChosen("empty", true);
+    QVERIFY(!state.columns().prepare());
 }
 
 void tst_ColumnStep::aliasEditFollowsTheAliasRules_data()
@@ -100,8 +100,27 @@ void tst_ColumnStep::aliasEditFollowsTheAliasRules_data()
     QTest::newRow("its own display name") << "orders.id" << "orders.id" << refused << "";
     QTest::newRow("comparison is exact") << "orders.id" << "total" << accepted << "total";
     QTest::newRow("empty while another row has no alias") << "orders.amount" << "" << refused << "Total";
-    QTest::newRow("an unselected item's name is free") << "orders.id" << "customers.name" << accepted
-                                                          << "customers.name";
+    QTest::newRow("an unselected item's name: no duplicate, but no name either")
+            << "orders.id" << "customers.name" << refused << "";
+    // What the engines cannot take as written is refused too.
+    QTest::newRow("a blank") << "orders.id" << "Total Revenue" << refused << "";
+    QTest::newRow("the blank label for an aliased row") << "orders.amount" << "<Blank>" << refused << "Total";
+    QTest::newRow("a hyphen") << "orders.id" << "Net-Sales" << refused << "";
+    QTest::newRow("a digit first") << "orders.id" << "2023" << refused << "";
+    QTest::newRow("digits and _ after a letter") << "orders.id" << "_id2" << accepted << "_id2";
+    QTest::newRow("letters of another script") << "orders.id" << "売上" << accepted << "売上";
+    QTest::newRow("reserved, any case") << "orders.id" << "oRdEr" << refused << "";
+    QTest::newRow("reserved first word") << "orders.id" << "Add" << refused << "";
+    QTest::newRow("reserved last word") << "orders.id" << "year" << refused << "";
+    QTest::newRow("reserved by SQLite only") << "orders.id" << "glob" << refused << "";
+    QTest::newRow("a key word either engine takes as a name") << "orders.id" << "Key" << accepted << "Key";
+    QTest::newRow("double quotes around a blank") << "orders.id" << "\"Total Revenue\"" << accepted
+                                                  << "\"Total Revenue\"";
+    QTest::newRow("a reserved word in double quotes") << "orders.id" << "\"Order\"" << accepted << "\"Order\"";
+    QTest::newRow("quotes doubled inside") << "orders.id" << "\"a\"\"b\"" << accepted << "\"a\"\"b\"";
+    QTest::newRow("a lone quote inside") << "orders.id" << "\"a\"b\"" << refused << "";
+    QTest::newRow("a comma inside quotes") << "orders.id" << "\"a,b\"" << refused << "";
+    QTest::newRow("empty quotes") << "orders.id" << "\"\"" << refused << "";
 }
 
 void tst_ColumnStep::aliasEditFollowsTheAliasRules()
@@ -112,7 +131,7 @@ void tst_ColumnStep::aliasEditFollowsTheAliasRules()
     QFETCH(QString, alias);
     WizardState state;
     testwizard::start(state, testwizard::sampleQuery());
-    ColumnStep step(state);
+    ColumnStep &step = state.columns();
     QVERIFY(step.prepare());
     QCOMPARE(int(step.editAlias(row, typed)), result);
     QCOMPARE(state.definition()->getColumnInfo(row)->alias(), alias);
@@ -122,7 +141,7 @@ void tst_ColumnStep::insertKeepsEachItemOnceAndRemoveSelectsTheNextRow()
 {
     WizardState state;
     testwizard::start(state, testwizard::sampleQuery());
-    ColumnStep step(state);
+    ColumnStep &step = state.columns();
     QVERIFY(step.prepare());
     QVERIFY(step.insertColumnSelection("customers", "name"));
     QVERIFY(!step.insertColumnSelection("orders", "id"));
@@ -139,7 +158,7 @@ void tst_ColumnStep::insertKeepsEachItemOnceAndRemoveSelectsTheNextRow()
     for (const QString &name : selections(state))
         step.removeSelection(name);
     QVERIFY(step.selectedName().isEmpty());
-    QVERIFY(!state.isStepComplete(WizardState::ColumnStep));
+    QVERIFY(!step.isComplete());
 }
 
 void tst_ColumnStep::expressionEditStartsInlineUpTo250Characters_data()
@@ -166,7 +185,7 @@ void tst_ColumnStep::expressionEditStartsInlineUpTo250Characters()
         addExpression(*query, expression);
     WizardState state;
     testwizard::start(state, query);
-    QCOMPARE(int(ColumnStep(state).startExpressionEdit(expression)), start);
+    QCOMPARE(int(state.columns().startExpressionEdit(expression)), start);
 }
 
 void tst_ColumnStep::expressionEditEnds_data()
@@ -201,7 +220,7 @@ void tst_ColumnStep::expressionEditEnds()
     QFETCH(QStringList, selected);
     WizardState state;
     testwizard::start(state, testwizard::sampleQuery());
-    ColumnStep step(state);
+    ColumnStep &step = state.columns();
     QVERIFY(step.prepare());
     QCOMPARE(int(step.finishExpressionEdit(oldText, newText)), end);
     QCOMPARE(step.expressionTexts(), expressions);
@@ -217,7 +236,7 @@ void tst_ColumnStep::deletingAnExpressionRemovesItsSelection()
 {
     WizardState state;
     testwizard::start(state, testwizard::sampleQuery());
-    ColumnStep step(state);
+    ColumnStep &step = state.columns();
     QVERIFY(step.prepare());
     step.setSelectedExpression("SUM(amount)");
     QVERIFY(step.canChangeExpression());

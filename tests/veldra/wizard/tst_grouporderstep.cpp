@@ -69,11 +69,14 @@ void tst_GroupOrderStep::rowCountText()
     query->setTopN(7);
     WizardState state;
     testwizard::start(state, query);
-    GroupOrderStep step(state);
+    GroupOrderStep &step = state.groupOrder();
     step.initialize();
     QCOMPARE(step.setRowCountText(typed), converts);
     QCOMPARE(state.definition()->topN(), topN);
-    QCOMPARE(state.lastRowCount, topN);
+    // The count typed last comes back when the row count is switched on again.
+    step.setRowCountOn(false);
+    step.setRowCountOn(true);
+    QCOMPARE(state.definition()->topN(), topN);
     QCOMPARE(GroupOrderStep::canLeaveRowCount(typed), canLeave);
 }
 
@@ -102,7 +105,7 @@ void tst_GroupOrderStep::orderingControlsFollowTheSwitches()
     QFETCH(bool, complete);
     WizardState state;
     testwizard::start(state, sampleQuery());
-    GroupOrderStep step(state);
+    GroupOrderStep &step = state.groupOrder();
     step.initialize();
     step.prepare();
     step.setOrderByOn(useOrderBy);
@@ -146,7 +149,7 @@ void tst_GroupOrderStep::storeWritesGroupingAndOrdering()
     query->orderBy()->append(earlier);
     WizardState state;
     testwizard::start(state, query);
-    GroupOrderStep step(state);
+    GroupOrderStep &step = state.groupOrder();
     step.initialize();
     step.prepare();
     step.setGroupItemChecked("orders.id", false);
@@ -157,8 +160,7 @@ void tst_GroupOrderStep::storeWritesGroupingAndOrdering()
     step.setOrderColumn("orders.region");
     step.setAscending(false);
 
-    // The frame stores with a step of its own: nothing may depend on the page's instance.
-    GroupOrderStep(state).store();
+    step.store();
     QCOMPARE(state.definition()->groupBy()->items(), groupBy);
     QCOMPARE(orderColumns(*state.definition()), orderBy);
 }
@@ -174,7 +176,7 @@ void tst_GroupOrderStep::openingTakesTheFixedOrderAndForgetsAStaleColumn()
     query->groupBy()->append("SUM(amount)");
     WizardState state;
     testwizard::start(state, query);
-    GroupOrderStep step(state);
+    GroupOrderStep &step = state.groupOrder();
     step.initialize();
     step.prepare();
     QCOMPARE(step.orderColumnIndex(), 1);

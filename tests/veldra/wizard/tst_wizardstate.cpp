@@ -19,8 +19,6 @@ private Q_SLOTS:
     void startRefusesAMissingModelOrProxy_data();
     void startRefusesAMissingModelOrProxy();
     void startEditsACopyAndKeepsTheFirstAccessor();
-    void stepCompleteness_data();
-    void stepCompleteness();
     void finishHandsTheDefinitionToTheModelAndQuitDoesNot();
 };
 
@@ -72,55 +70,6 @@ void tst_WizardState::startEditsACopyAndKeepsTheFirstAccessor()
     WizardState fresh;
     QVERIFY(fresh.start(model, first, nullptr));
     QVERIFY(fresh.definition());
-}
-
-void tst_WizardState::stepCompleteness_data()
-{
-    QTest::addColumn<int>("step");
-    QTest::addColumn<QStringList>("settings");
-    QTest::addColumn<bool>("complete");
-    const auto row = [](const char *name, int step, const QStringList &settings, bool complete) {
-        QTest::newRow(name) << step << settings << complete;
-    };
-    row("database: nothing chosen", 0, {}, false);
-    row("database: no catalog", 0, { "provider", "dsn" }, false);
-    row("database: no provider", 0, { "dsn", "catalog" }, false);
-    row("database: all three", 0, { "provider", "dsn", "catalog" }, true);
-    row("tables: none", 1, {}, false);
-    row("tables: one", 1, { "table" }, true);
-    row("columns: none", 2, {}, false);
-    row("columns: one", 2, { "selection" }, true);
-    row("condition: always", 3, {}, true);
-    row("ordering: off", 4, {}, true);
-    row("ordering: fixed, no column", 4, { "useOrderBy" }, false);
-    row("ordering: fixed, column chosen", 4, { "useOrderBy", "orderColumn" }, true);
-    row("ordering: as parameter", 4, { "useOrderBy", "orderByAsParam" }, true);
-    row("finish: always", 5, {}, true);
-}
-
-void tst_WizardState::stepCompleteness()
-{
-    QFETCH(int, step);
-    QFETCH(QStringList, settings);
-    QFETCH(bool, complete);
-    WizardState state;
-    QVERIFY(state.start(std::make_shared<RecordingModel>(), testservice::sampleStructure(), nullptr));
-    SQLInfo &definition = *state.definition();
-    if (settings.contains("provider"))
-        state.provider = "P1";
-    if (settings.contains("dsn"))
-        state.dsn = "D1";
-    if (settings.contains("catalog"))
-        state.catalog = "C1";
-    if (settings.contains("table"))
-        state.chosenTables->set("T1", QVariant());
-    if (settings.contains("selection"))
-        definition.selections()->append("T1.a");
-    definition.setUseOrderBy(settings.contains("useOrderBy"));
-    definition.setOrderByAsParam(settings.contains("orderByAsParam"));
-    if (settings.contains("orderColumn"))
-        state.orderColumn = "T1.a";
-    QCOMPARE(state.isStepComplete(step), complete);
 }
 
 void tst_WizardState::finishHandsTheDefinitionToTheModelAndQuitDoesNot()

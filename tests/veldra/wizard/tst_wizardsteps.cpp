@@ -67,6 +67,9 @@ private Q_SLOTS:
 
 private:
     void start(const std::shared_ptr<SQLInfo> &definition);
+    // Picks a provider, data source and catalog on the database step, as a person does.
+    void choose(const QString &path);
+    QStringList chosen() const;
 
     std::unique_ptr<WizardState> m_state;
     std::shared_ptr<ScriptedService> m_proxy;
@@ -85,6 +88,22 @@ void tst_WizardSteps::start(const std::shared_ptr<SQLInfo> &definition)
 {
     QVERIFY(m_state->start(std::make_shared<testwizard::RecordingModel>(), m_proxy, definition));
     m_state->accessor()->setErrorReporter([this](const DatabaseErrorReport &report) { m_reports.append(report); });
+}
+
+void tst_WizardSteps::choose(const QString &path)
+{
+    DatabaseStep &step = m_state->database();
+    step.initialize();
+    const QStringList names = path.split('/');
+    step.chooseProvider(names.value(0));
+    step.chooseDataSource(names.value(1));
+    step.chooseCatalog(names.value(2));
+}
+
+QStringList tst_WizardSteps::chosen() const
+{
+    const DatabaseStep &step = m_state->database();
+    return { step.provider(), step.dsn(), step.catalog() };
 }
 
 void tst_WizardSteps::databaseStepChoosesWhatTheDefinitionNames_data()
@@ -115,18 +134,18 @@ void tst_WizardSteps::databaseStepChoosesWhatTheDefinitionNames()
     QFETCH(QStringList, chosen);
     QFETCH(bool, complete);
     start(definitionOn(definition));
-    DatabaseStep step(*m_state);
+    DatabaseStep &step = m_state->database();
     step.initialize();
 
     QCOMPARE(step.providers().entries, QStringList({ "P1", "P2" }));
     QCOMPARE(step.dataSources().entries, dataSources);
     QCOMPARE(step.catalogs().entries, catalogs);
-    QCOMPARE(QStringList({ m_state->provider, m_state->dsn, m_state->catalog }), chosen);
+    QCOMPARE(this->chosen(), chosen);
     // The selected entry is the chosen one, or none.
     QCOMPARE(step.providers().selected, int(step.providers().entries.indexOf(chosen.at(0))));
     QCOMPARE(step.dataSources().selected, int(dataSources.indexOf(chosen.at(1))));
     QCOMPARE(step.catalogs().selected, int(catalogs.indexOf(chosen.at(2))));
-    QCOMPARE(m_state->isStepComplete(WizardState::DatabaseStep), complete);
+    QCOMPARE(step.isComplete(), complete);
     // Only the structure read reports: D2's catalogs cannot be listed.
     QCOMPARE(m_reports.size(), 1);
     QCOMPARE(m_reports.at(0).dsn, "D2");
@@ -135,19 +154,17 @@ void tst_WizardSteps::databaseStepChoosesWhatTheDefinitionNames()
 void tst_WizardSteps::choosingAProviderRefillsTheListsBelowIt()
 {
     start(definitionOn("P1/D1/C2"));
-    DatabaseStep step(*m_state);
+    DatabaseStep &step = m_state->database();
     step.initialize();
 
     QVERIFY(step.chooseProvider("P2"));
     QVERIFY(step.dataSources().entries.isEmpty());
     QVERIFY(step.catalogs().entries.isEmpty());
-    QCOMPARE(m_state->dsn, QString());
-    QCOMPARE(m_state->catalog, QString());
+    QCOMPARE(chosen(), QStringList({ "P2", "", "" }));
 
     // Back on the definition's provider, its data source and catalog are chosen again.
     QVERIFY(step.chooseProvider("P1"));
-    QCOMPARE(m_state->dsn, "D1");
-    QCOMPARE(m_state->catalog, "C2");
+    QCOMPARE(chosen(), QStringList({ "P1", "D1", "C2" }));
     QVERIFY(!step.chooseProvider("P1"));
 
     QVERIFY(step.chooseDataSource(marked("D2")));
@@ -164,7 +181,7 @@ void tst_WizardSteps::choosingAProviderRefillsTheListsBelowIt()
 void tst_WizardSteps::databaseStepAsksOnlyForListedNames()
 {
     start(definitionOn("P9/D9/C9"));
-    DatabaseStep step(*m_state);
+    DatabaseStep &step = m_state->database();
     step.initialize();
     // The structure is read once: providers, their data sources, and their catalogs (D2 fails).
     QCOMPARE(m_proxy->takePaths(), QStringList({ "", "P1", "P1/D1", "P1/D2", "P2" }));
@@ -172,6 +189,9 @@ void tst_WizardSteps::databaseStepAsksOnlyForListedNames()
 
     QVERIFY(step.chooseProvider("P1"));
     QVERIFY(step.chooseDataSource(marked("D2")));
+    // The marked entry says why, from what the structure read was told.
+    QVERIFY(step.unavailableReason(marked("D2")).startsWith("D2 cannot be used: not scripted: <query>"));
+    QVERIFY(step.unavailableReason("D1").isEmpty());
     QVERIFY(step.chooseDataSource("D1"));
     step.chooseCatalog("C2");
     QCOMPARE(m_proxy->takePaths(), QStringList());
@@ -182,7 +202,7 @@ void tst_WizardSteps::databaseStepWithoutAServiceHasEmptyLists()
 {
     m_proxy = std::make_shared<ScriptedService>();
     start(definitionOn("P1/D1/C1"));
-    DatabaseStep step(*m_state);
+    DatabaseStep &step = m_state->database();
     step.initialize();
     QVERIFY(step.providers().entries.isEmpty());
     QCOMPARE(step.providers().selected, -1);
@@ -215,20 +235,19 @@ void tst_WizardSteps::enteringTheTableStepSettlesTheChosenTables()
     QFETCH(QStringList, chosenBefore);
     QFETCH(QStringList, chosenAfter);
     start(definitionOn(definition, definitionTables));
+    TableStep &step = m_state->tables();
     for (const QString &name : chosenBefore)
-        m_state->chosenTables->set(name, QVariant());
-    m_state->provider = "P1";
-    m_state->dsn = "D1";
-    m_state->catalog = "C1";
+        step.setChosen(name, true);
+    choose("P1/D1/C1");
+    m_proxy->takePaths();
 
-    TableStep step(*m_state);
     QVERIFY(step.prepare());
     QCOMPARE(step.tableNames(), QStringList({ "T1", "T2", "T3" }));
-    QCOMPARE(keys(*m_state->chosenTables), chosenAfter);
+    QCOMPARE(step.chosenNames(), chosenAfter);
     // Tables taken from the definition are its own records, not empty entries.
     for (const QString &name : chosenAfter) {
         if (definitionTables.contains(name))
-            QCOMPARE(m_state->chosenTables->object<TableInfo>(name), m_state->definition()->tables()->object<TableInfo>(name));
+            QCOMPARE(step.chosen().object<TableInfo>(name), m_state->definition()->tables()->object<TableInfo>(name));
         QVERIFY(step.isChosen(name));
     }
     const dbInfo &database = *m_state->definition()->dbInfo();
@@ -253,18 +272,13 @@ void tst_WizardSteps::tableStepStaysBehindWithoutTables()
     QFETCH(QString, catalog);
     QFETCH(int, reports);
     start(definitionOn("P1/D1/C1"));
-    m_state->accessor()->GetDatabaseStructure();
+    choose("P1/D1/" + catalog);
     m_reports.clear();
-    const auto chosen = m_state->chosenTables;
-    chosen->set("T1", QVariant());
-    m_state->provider = "P1";
-    m_state->dsn = "D1";
-    m_state->catalog = catalog;
+    TableStep &step = m_state->tables();
+    step.setChosen("T1", true);
 
-    TableStep step(*m_state);
     QVERIFY(!step.prepare());
-    QCOMPARE(m_state->chosenTables, chosen);
-    QCOMPARE(keys(*chosen), QStringList{ "T1" });
+    QCOMPARE(step.chosenNames(), QStringList{ "T1" });
     QCOMPARE(m_state->definition()->dbInfo()->catalog(), "C1");
     QCOMPARE(m_reports.size(), reports);
 }
@@ -272,27 +286,25 @@ void tst_WizardSteps::tableStepStaysBehindWithoutTables()
 void tst_WizardSteps::checkingATableKeepsWhatTheColumnStepFilledIn()
 {
     start(definitionOn(""));
-    TableStep step(*m_state);
+    TableStep &step = m_state->tables();
     auto info = std::make_shared<TableInfo>();
-    m_state->chosenTables->setObject("T1", info);
+    step.chosen().setObject("T1", info);
     step.setChosen("T1", true);
-    QCOMPARE(m_state->chosenTables->object<TableInfo>("T1"), info);
+    QCOMPARE(step.chosen().object<TableInfo>("T1"), info);
     step.setChosen("T2", true);
     QVERIFY(step.isChosen("T2"));
-    QCOMPARE(keys(*m_state->chosenTables), QStringList({ "T1", "T2" }));
+    QCOMPARE(step.chosenNames(), QStringList({ "T1", "T2" }));
     step.setChosen("T1", false);
     step.setChosen("T9", false);
-    QCOMPARE(keys(*m_state->chosenTables), QStringList{ "T2" });
+    QCOMPARE(step.chosenNames(), QStringList{ "T2" });
 }
 
 void tst_WizardSteps::tableListShowsAndChangesTheChosenTables()
 {
     start(definitionOn("P1/D1/C1"));
-    m_state->provider = "P1";
-    m_state->dsn = "D1";
-    m_state->catalog = "C1";
-    m_state->chosenTables->set("T2", QVariant());
-    TableStep step(*m_state);
+    choose("P1/D1/C1");
+    TableStep &step = m_state->tables();
+    step.setChosen("T2", true);
     TableListModel model(step);
     QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
     QCOMPARE(model.rowCount(), 0);
@@ -314,7 +326,7 @@ void tst_WizardSteps::tableListShowsAndChangesTheChosenTables()
     QVERIFY(model.setData(model.index(0), Qt::Checked, Qt::CheckStateRole));
     QVERIFY(model.setData(model.index(1), Qt::Unchecked, Qt::CheckStateRole));
     QCOMPARE(checks(), QList<int>({ Qt::Checked, Qt::Unchecked, Qt::Unchecked }));
-    QCOMPARE(keys(*m_state->chosenTables), QStringList{ "T1" });
+    QCOMPARE(step.chosenNames(), QStringList{ "T1" });
     QCOMPARE(chosen.size(), 2);
     // Checking what is checked already is no change.
     QVERIFY(model.setData(model.index(0), Qt::Checked, Qt::CheckStateRole));

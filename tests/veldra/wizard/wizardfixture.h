@@ -8,8 +8,13 @@
 
 #include "tessaly/defaultmodel.h"
 #include "tessaly/zetprimitivemodel.h"
+#include "veldra/records/dbinfo.h"
 #include "veldra/records/sqlinfo.h"
+#include "veldra/wizard/databasestep.h"
+#include "veldra/wizard/tablestep.h"
 #include "veldra/wizard/wizardstate.h"
+
+#include <QTest>
 
 namespace testwizard {
 
@@ -46,21 +51,24 @@ inline std::shared_ptr<veldra::SQLInfo> sampleQuery()
     return query;
 }
 
-// Opens the wizard state on a copy of definition with the sample database chosen, and the
-// definition's tables chosen.
+// Opens the wizard state on a copy of definition as its first two steps leave it: the sample
+// database chosen and the definition's tables chosen (the service lists them).
 inline void start(veldra::WizardState &state, const std::shared_ptr<veldra::SQLInfo> &definition,
-                  const std::shared_ptr<tessaly::ServiceProxy> &service = testservice::sqliteStructure())
+                  std::shared_ptr<testservice::ScriptedService> service = nullptr)
 {
+    if (!service)
+        service = testservice::sqliteStructure();
+    const tessaly::NameMap &tables = *definition->tables();
+    QStringList &listed = service->levels["SQLite/Sample/main"];
+    for (int i = 0; i < tables.count(); ++i) {
+        if (!listed.contains(tables.key(i)))
+            listed.append(tables.key(i));
+    }
+    testdefs::setDatabase(*definition, "SQLite", "Sample", "main");
     state.start(std::make_shared<tessaly::DefaultModel>(), service, definition);
-    const tessaly::NameMap &tables = *state.definition()->tables();
-    for (int i = 0; i < tables.count(); ++i)
-        state.chosenTables->set(tables.key(i), tables.item(i));
-    state.provider = "SQLite";
-    state.dsn = "Sample";
-    state.catalog = "main";
-    state.definition()->dbInfo()->setProvider("SQLite");
-    state.definition()->dbInfo()->setDsn("Sample");
-    state.definition()->dbInfo()->setCatalog("main");
+    state.database().initialize();
+    if (tables.count() > 0)
+        QVERIFY(state.tables().prepare());
 }
 
 } // namespace testwizard
