@@ -1,12 +1,21 @@
 #include "tessaly/widgets/childpadwidget.h"
 
 #include "tessaly/error.h"
+#include "tessaly/widgets/childsignals.h"
 
 #include <QScopedValueRollback>
 
 namespace tessaly {
 
 ChildPadWidget::ChildPadWidget(QWidget *parent) : QWidget(parent) { }
+
+ChildPadWidget::~ChildPadWidget()
+{
+    // What the inner control says while it goes (a finished entry as it loses the focus, an
+    // index as its list empties) is no change the person made.
+    detachChildSignals(this);
+    m_writer = {};
+}
 
 void ChildPadWidget::setProperty(const QString &name, const QVariant &value)
 {

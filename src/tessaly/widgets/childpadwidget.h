@@ -20,6 +20,7 @@ public:
     using SlotWriter = std::function<void(SlotOwner owner, const QString &slot, const QVariant &value)>;
 
     explicit ChildPadWidget(QWidget *parent = nullptr);
+    ~ChildPadWidget() override;
 
     void setName(const QString &name) override { setObjectName(name); }
     void setProperty(const QString &name, const QVariant &value) override;

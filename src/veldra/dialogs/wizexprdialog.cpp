@@ -1,6 +1,7 @@
 #include "veldra/dialogs/wizexprdialog.h"
 
 #include "tessaly/uiservice.h"
+#include "tessaly/widgets/childsignals.h"
 #include "veldra/dialogs/exprdialogdecision.h"
 #include "veldra/dialogs/expressionchecker.h"
 #include "veldra/dialogs/formhelpers.h"
@@ -81,6 +82,12 @@ std::optional<QString> editExpression(QWidget *parent, const ExpressionChecker &
     if (!dialog.Popup(&checker, editMode))
         return std::nullopt;
     return dialog.Expression();
+}
+
+WizExprDialog::~WizExprDialog()
+{
+    // What the controls say as they go is no action of the person.
+    tessaly::detachChildSignals(this);
 }
 
 } // namespace veldra

@@ -3,6 +3,7 @@
 #include "tessaly/namemap.h"
 #include "tessaly/busycursor.h"
 #include "tessaly/uiservice.h"
+#include "tessaly/widgets/childsignals.h"
 #include "veldra/dialogs/formhelpers.h"
 #include "veldra/resources/extratext.h"
 
@@ -100,7 +101,10 @@ WizParamDBGetDialog::WizParamDBGetDialog(QWidget *parent) : QDialog(parent)
     start(nullptr, nullptr);
 }
 
-WizParamDBGetDialog::~WizParamDBGetDialog() = default;
+WizParamDBGetDialog::~WizParamDBGetDialog()
+{
+    tessaly::detachChildSignals(this);
+}
 
 void WizParamDBGetDialog::start(TSAccessor *accessor, const std::shared_ptr<dbInfo> &database)
 {

@@ -1,6 +1,7 @@
 #include "veldra/dialogs/wizparamdialog.h"
 
 #include "tessaly/uiservice.h"
+#include "tessaly/widgets/childsignals.h"
 #include "veldra/dialogs/formhelpers.h"
 #include "veldra/dialogs/wizparameditdialog.h"
 #include "veldra/records/paraminfo.h"
@@ -73,7 +74,10 @@ WizParamDialog::WizParamDialog(QWidget *parent) : QDialog(parent)
     refresh();
 }
 
-WizParamDialog::~WizParamDialog() = default;
+WizParamDialog::~WizParamDialog()
+{
+    tessaly::detachChildSignals(this);
+}
 
 void WizParamDialog::setQueryDefinition(const std::shared_ptr<SQLInfo> &definition)
 {

@@ -1,6 +1,7 @@
 #include "veldra/dialogs/wizparameditdialog.h"
 
 #include "tessaly/uiservice.h"
+#include "tessaly/widgets/childsignals.h"
 #include "veldra/dialogs/formhelpers.h"
 #include "veldra/resources/extratext.h"
 #include "veldra/dialogs/wizparamdbgetdialog.h"
@@ -111,7 +112,10 @@ WizParamEditDialog::WizParamEditDialog(QWidget *parent) : QDialog(parent)
     setParameter(nullptr);
 }
 
-WizParamEditDialog::~WizParamEditDialog() = default;
+WizParamEditDialog::~WizParamEditDialog()
+{
+    tessaly::detachChildSignals(this);
+}
 
 void WizParamEditDialog::setParameter(const std::shared_ptr<ParamInfo> &parameter)
 {

@@ -1,6 +1,7 @@
 #include "veldra/wizard/frmwizard.h"
 
 #include "tessaly/uiservice.h"
+#include "tessaly/widgets/childsignals.h"
 #include "veldra/dialogs/formhelpers.h"
 #include "veldra/dialogs/wizdberrordialog.h"
 #include "veldra/resources/stringtable.h"
@@ -68,7 +69,10 @@ frmWizard::frmWizard(QWidget *parent) : QDialog(parent)
     resize(QSize(metrics.averageCharWidth() * 150, metrics.lineSpacing() * 28).expandedTo(sizeHint()));
 }
 
-frmWizard::~frmWizard() = default;
+frmWizard::~frmWizard()
+{
+    tessaly::detachChildSignals(this);
+}
 
 void frmWizard::load()
 {
