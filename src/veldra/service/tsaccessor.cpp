@@ -12,6 +12,15 @@ namespace veldra {
 using tessaly::NameMap;
 
 namespace {
+// A field's value as the service's response writer wrote it: text XML cannot carry (control
+// characters, bytes that are not UTF-8) comes in base64.
+QString fieldValue(const QDomElement &field)
+{
+    if (field.attribute(QStringLiteral("encoding")) == u"base64")
+        return QString::fromUtf8(QByteArray::fromBase64(field.text().toLatin1()));
+    return field.text();
+}
+
 bool hasEntries(const TSAccessor::NameMapRef &map)
 {
     return map && !map->isEmpty();
@@ -276,9 +285,9 @@ TSAccessor::NameMapRef TSAccessor::ReadKeyValueList(const QDomNode &start, const
                 continue;
             // Key first: when both columns are one, the field fills only the key.
             if (name == keyCol)
-                key = field.text();
+                key = fieldValue(field);
             else if (name == valCol)
-                display = field.text();
+                display = fieldValue(field);
         }
         if (key.isEmpty())
             continue;
