@@ -24,6 +24,13 @@ void ChildPadWidget::setProperty(const QString &name, const QVariant &value)
                     QStringLiteral("%1 has no property \"%2\"").arg(QString::fromLatin1(metaObject()->className()), name));
 }
 
+void ChildPadWidget::setAccessibleCaption(const QString &caption)
+{
+    setAccessibleName(caption);
+    if (QWidget *control = focusProxy())
+        control->setAccessibleName(caption);
+}
+
 QVariant ChildPadWidget::property(const QString &name) const
 {
     return readProperty(name);

@@ -23,6 +23,7 @@ public:
     ~ChildPadWidget() override;
 
     void setName(const QString &name) override { setObjectName(name); }
+    void setAccessibleCaption(const QString &caption) override;
     void setProperty(const QString &name, const QVariant &value) override;
     QVariant property(const QString &name) const override;
     void setSize(int width, int height) override;

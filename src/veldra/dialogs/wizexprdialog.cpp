@@ -5,6 +5,7 @@
 #include "veldra/dialogs/exprdialogdecision.h"
 #include "veldra/dialogs/expressionchecker.h"
 #include "veldra/dialogs/formhelpers.h"
+#include "veldra/resources/extratext.h"
 #include "veldra/resources/stringtable.h"
 
 #include <QPlainTextEdit>
@@ -22,6 +23,7 @@ WizExprDialog::WizExprDialog(QWidget *parent) : QDialog(parent)
     // Several lines, because long expressions are easier to write that way; OK joins them.
     m_text = new QPlainTextEdit(this);
     m_text->setObjectName(QStringLiteral("AddExprText"));
+    m_text->setAccessibleName(extraText(ExtraText::ExpressionTextName));
     m_text->setTabChangesFocus(true);
     const QFontMetrics metrics = m_text->fontMetrics();
     m_text->setMinimumSize(metrics.averageCharWidth() * 64, metrics.lineSpacing() * 5);

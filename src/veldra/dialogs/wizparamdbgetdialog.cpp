@@ -52,6 +52,8 @@ WizParamDBGetDialog::WizParamDBGetDialog(QWidget *parent) : QDialog(parent)
     m_valueColumns = newCombo(QStringLiteral("ParamDBGValColCombo"), valueLabel, this);
     m_keys = newResultList(QStringLiteral("ParamDBGKeyColList"), this);
     m_names = newResultList(QStringLiteral("ParamDBGValColList"), this);
+    m_keys->setAccessibleName(extraText(ExtraText::FoundValuesName));
+    m_names->setAccessibleName(extraText(ExtraText::FoundNamesName));
 
     auto *tableRow = new QHBoxLayout;
     tableRow->addWidget(tableLabel);

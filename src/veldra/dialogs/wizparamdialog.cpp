@@ -31,6 +31,7 @@ WizParamDialog::WizParamDialog(QWidget *parent) : QDialog(parent)
                                  { StringId::ParamListNameHeader, StringId::ParamListTypeHeader,
                                    StringId::ParamListTitleHeader },
                                  frame);
+    m_list->setAccessibleName(text(StringId::ParamListFrameCaption));
     m_list->setMinimumSize(form::textWidth(m_list, 76), m_list->fontMetrics().lineSpacing() * 10);
     QPushButton *add = form::newButton(QStringLiteral("AddButton"), StringId::ParamListAddButton, frame);
     QPushButton *modify = form::newButton(QStringLiteral("EditButton"), StringId::ParamListModifyButton, frame);
