@@ -1,5 +1,7 @@
 #pragma once
 
+#include "veldra/veldra_export.h"
+
 #include <QStringList>
 
 #include <functional>
@@ -7,7 +9,7 @@
 namespace veldra {
 
 // A failed request for database structure: the error number and where the request went.
-struct DatabaseErrorReport
+struct VELDRA_EXPORT DatabaseErrorReport
 {
     qint32 errorNumber = 0;
     QString provider;
@@ -22,9 +24,9 @@ using DatabaseErrorReporter = std::function<void(const DatabaseErrorReport &)>;
 
 // The report as lines of text: the message, then "Error Code: 80004005", "Provider: ...",
 // "Data Source: ...", "Catalog: ...", "Table: ...", in the current language.
-QStringList databaseErrorLines(const DatabaseErrorReport &report);
+VELDRA_EXPORT QStringList databaseErrorLines(const DatabaseErrorReport &report);
 
 // The reporter of hosts without windows: the same lines through UiService::report.
-void reportDatabaseErrorAsText(const DatabaseErrorReport &report);
+VELDRA_EXPORT void reportDatabaseErrorAsText(const DatabaseErrorReport &report);
 
 } // namespace veldra

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tessaly/namemap.h"
+#include "veldra/veldra_export.h"
 
 #include <QString>
 #include <QStringList>
@@ -22,7 +23,7 @@ class TSAccessor;
 // component model that receives the result, the working copy of the definition, the one
 // accessor of the form's life, the current step and the choices each step keeps. The pages
 // show it and forward the person's actions; the step rules read and change it.
-class WizardState
+class VELDRA_EXPORT WizardState
 {
 public:
     enum Step : int {
