@@ -13,16 +13,18 @@ endfunction()
 must_run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
 
 set(expected
-    bin/veldra bin/veldra-studio share/applications/veldra-studio.desktop
+    bin/veldra bin/veldra-studio share/applications/veldra-studio.desktop share/mime/packages/veldra.xml
     ${LIBDIR}/libVeldra.so.${VERSION} ${LIBDIR}/libVeldra.so.${VERSION_MAJOR} ${LIBDIR}/libVeldra.so
     ${LIBDIR}/libtessaly.so.${VERSION} ${LIBDIR}/libtessaly.so.${VERSION_MAJOR} ${LIBDIR}/libtessaly.so
     ${LIBDIR}/libVeldraUi.so.${VERSION_MAJOR} ${LIBDIR}/libtessalywidgets.so.${VERSION_MAJOR}
-    include/veldra/veldra/records/sqlinfo.h include/veldra/veldra/resources/strings.def
-    include/veldra/veldra/component/tsyparamconditionmodel.h include/veldra/tessaly/namemap.h
+    include/veldra/veldra/veldra_export.h include/veldra/tessaly/tessaly_export.h
     ${LIBDIR}/cmake/Veldra/VeldraConfig.cmake ${LIBDIR}/cmake/Veldra/VeldraConfigVersion.cmake
     ${LIBDIR}/cmake/Veldra/VeldraTargets.cmake
     share/veldra/sample.db share/veldra/samples/sales-by-region.component.xml share/veldra/samples/sales-by-region.xml
-    share/doc/veldra/README.md share/doc/veldra/cli.md share/doc/veldra/protocol.md share/man/man1/veldra.1)
+    share/veldra/samples/sample.sql
+    share/doc/veldra/README.md share/doc/veldra/cli.md share/doc/veldra/protocol.md
+    share/doc/veldra/copyright share/doc/veldra/changelog.gz share/doc/veldra-dev/copyright
+    share/man/man1/veldra.1.gz share/man/man1/veldra-studio.1.gz)
 foreach(file IN LISTS expected)
     if(NOT EXISTS ${prefix}/${file})
         message(FATAL_ERROR "missing from the install tree: ${file}")
@@ -60,16 +62,51 @@ if(NOT output MATCHES "^Region,Segment,Orders,Revenue" OR NOT output MATCHES "No
     message(FATAL_ERROR "the installed veldra printed:\n${output}")
 endif()
 
-# A project finds the package and builds against the installed headers and libraries.
+# Only the public headers are installed, each where the sources include it from, and the
+# package's one include directory is include/veldra.
+file(GLOB_RECURSE installed RELATIVE ${prefix}/include/veldra ${prefix}/include/*)
+list(FILTER installed EXCLUDE REGEX "_export\\.h$")
+file(STRINGS ${PUBLIC_HEADERS} declared)
+list(SORT installed)
+list(SORT declared)
+if(NOT installed STREQUAL declared)
+    message(FATAL_ERROR "installed headers:\n${installed}\nare not the declared public ones:\n${declared}")
+endif()
+file(STRINGS ${prefix}/${LIBDIR}/cmake/Veldra/VeldraTargets.cmake include_dirs REGEX "INTERFACE_INCLUDE_DIRECTORIES")
+foreach(line IN LISTS include_dirs)
+    if(NOT line MATCHES "INTERFACE_INCLUDE_DIRECTORIES \"\\\${_IMPORT_PREFIX}/include/veldra\"$")
+        message(FATAL_ERROR "an installed target shows more than include/veldra: ${line}")
+    endif()
+endforeach()
+
+# The manual pages name the data where this prefix put it.
+execute_process(COMMAND gzip -dc ${prefix}/share/man/man1/veldra.1.gz OUTPUT_VARIABLE manual)
+string(FIND "${manual}" "${prefix}/share/veldra/samples/" at)
+if(at LESS 0 OR manual MATCHES "@[A-Z_]+@")
+    message(FATAL_ERROR "veldra.1 does not name ${prefix}/share/veldra/samples/, or keeps a placeholder")
+endif()
+
+# A project finds the package and builds against the installed public headers, every one of them
+# in one source, and the libraries.
+set(includes)
+foreach(header IN LISTS installed)
+    if(header MATCHES "\\.h$")
+        string(APPEND includes "#include \"${header}\"\n")
+    endif()
+endforeach()
 file(WRITE ${WORK_DIR}/consumer/CMakeLists.txt "cmake_minimum_required(VERSION 3.25)
 project(Consumer LANGUAGES CXX)
 set(CMAKE_CXX_STANDARD 17)
 find_package(Veldra ${VERSION} REQUIRED)
 add_executable(consumer main.cpp)
-target_link_libraries(consumer PRIVATE Veldra::Veldra)
+target_link_libraries(consumer PRIVATE Veldra::Veldra Veldra::VeldraUi)
 ")
-file(WRITE ${WORK_DIR}/consumer/main.cpp "#include \"veldra/records/sqlinfo.h\"
-int main() { return veldra::SQLInfo().getTableNames().isEmpty() ? 0 : 1; }
+file(WRITE ${WORK_DIR}/consumer/main.cpp "${includes}
+int main()
+{
+    const bool widgets = QLatin1String(veldra::frmWizard::staticMetaObject.className()) == QLatin1String(\"veldra::frmWizard\");
+    return widgets && veldra::SQLInfo().getTableNames().isEmpty() ? 0 : 1;
+}
 ")
 set(sanitize)
 if(SANITIZE) # the installed libraries need the sanitizers' run time
