@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tessaly/tessaly_export.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -11,7 +13,7 @@ class zetPrimitivePad;
 // A component saved on its own: <Component> holding the model's part (<Model> with the
 // model's "ClassPart") and, when present, the pad's. Errors name file, line and column;
 // saving writes aside and renames, so a failed save leaves the previous file intact.
-class ComponentDocument
+class TESSALY_EXPORT ComponentDocument
 {
 public:
     static bool looksLikeComponentDocument(const QByteArray &data);
