@@ -15,8 +15,9 @@ namespace tessaly {
 class UiService
 {
 public:
-    enum class Buttons { Ok, OkCancel, YesNo };
-    enum class Answer { Ok, Cancel, Yes, No };
+    // SaveDiscardCancel: the question a host asks before unsaved work would go.
+    enum class Buttons { Ok, OkCancel, YesNo, SaveDiscardCancel };
+    enum class Answer { Ok, Cancel, Yes, No, Save, Discard };
 
     virtual ~UiService();
 
