@@ -54,6 +54,24 @@ QString labelText(const RowStore &rows, qsizetype row, int column)
     }
 }
 
+// The first column of text whose values tell the rows apart, else the first of text, else the
+// first column.
+QString firstLabelColumn(const RowStore &rows, const QStringList &numeric)
+{
+    QString firstText;
+    for (int column = 0; column < rows.columnCount(); ++column) {
+        if (numeric.contains(rows.columnName(column)))
+            continue;
+        if (firstText.isEmpty())
+            firstText = rows.columnName(column);
+        for (qsizetype row = 1; row < rows.rowCount(); ++row) {
+            if (rows.bytes(row, column) != rows.bytes(0, column))
+                return rows.columnName(column);
+        }
+    }
+    return firstText.isEmpty() ? rows.columnName(0) : firstText;
+}
+
 void writeFile(const QString &fileName, const QByteArray &data)
 {
     QSaveFile file(fileName);
@@ -127,9 +145,12 @@ ChartPanel::ChartPanel(QWidget *parent) : QWidget(parent)
     form->addRow(m_savePng);
     form->addRow(m_saveSvg);
     form->addRow(m_note);
+    auto *choices = new QWidget;
+    choices->setLayout(form);
+    choices->setMaximumWidth(fontMetrics().horizontalAdvance(QLatin1Char('x')) * 48); // the chart takes the room
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addLayout(form);
+    layout->addWidget(choices);
     layout->addWidget(m_view, 1);
 
     connect(m_kind, &QComboBox::currentIndexChanged, this, &ChartPanel::readChoice);
@@ -181,15 +202,8 @@ void ChartPanel::offerColumns()
         return;
     m_columns = offered;
     QString labels = m_settings.labels;
-    if (!columns.contains(labels)) {
-        labels = columns.value(0);
-        for (const QString &column : columns) {
-            if (!numeric.contains(column)) {
-                labels = column;
-                break;
-            }
-        }
-    }
+    if (!columns.contains(labels))
+        labels = firstLabelColumn(*m_rows, numeric);
     QStringList values;
     for (const QString &value : std::as_const(m_settings.values)) {
         if (numeric.contains(value))

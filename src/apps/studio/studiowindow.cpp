@@ -263,9 +263,9 @@ QSize StudioWindow::sizeHint() const
     const QFontMetrics metrics = fontMetrics();
     const int latin = metrics.horizontalAdvance(QLatin1Char('x'));
     const int inputs = m_padArea && m_padArea->widget() ? m_padArea->widget()->sizeHint().width() : 0;
-    QSize wanted(std::max(inputs, latin * 30) + latin * 130, metrics.lineSpacing() * 44);
+    QSize wanted(std::max(inputs, latin * 30) + latin * 130, metrics.lineSpacing() * 56);
     if (const QScreen *screen = this->screen())
-        wanted = wanted.boundedTo(screen->availableGeometry().size() * 9 / 10);
+        wanted = wanted.boundedTo(screen->availableGeometry().size() * 85 / 100);
     return wanted;
 }
 
