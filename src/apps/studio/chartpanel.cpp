@@ -19,6 +19,7 @@
 #include <QListWidget>
 #include <QPainter>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSaveFile>
 #include <QSvgGenerator>
 #include <QValueAxis>
@@ -52,6 +53,13 @@ QString labelText(const RowStore &rows, qsizetype row, int column)
     case RowStore::Kind::Blob: return QStringLiteral("BLOB");
     default: return QString::fromUtf8(rows.bytes(row, column));
     }
+}
+
+// A caption without its mnemonic ("(&V)" in Japanese, "&" in English) and its colon.
+QString plainCaption(QString caption)
+{
+    static const QRegularExpression mnemonic(QStringLiteral("\\(&.\\)|&|:$"));
+    return caption.remove(mnemonic).trimmed();
 }
 
 // The first column of text whose values tell the rows apart, else the first of text, else the
@@ -136,7 +144,7 @@ ChartPanel::ChartPanel(QWidget *parent) : QWidget(parent)
     const auto addRow = [form](StudioText caption, QWidget *field) {
         auto *label = new QLabel(studioText(caption));
         label->setBuddy(field); // Alt and the marked letter reach the control
-        field->setAccessibleName(label->text().remove(u'&').remove(u':').trimmed()); // a list is not named by its buddy
+        field->setAccessibleName(plainCaption(label->text())); // a list is not named by its buddy
         form->addRow(label, field);
     };
     addRow(StudioText::ChartKind, m_kind);
@@ -275,7 +283,7 @@ void ChartPanel::redraw()
         const qsizetype step = std::max<qsizetype>(1, (labels.size() + lineAxisLabels - 1) / lineAxisLabels);
         for (qsizetype i = 0; i < labels.size(); i += step)
             axisX->append(labels.at(i), double(i));
-        axisX->setRange(0, std::max<double>(1, double(labels.size() - 1)));
+        axisX->setRange(-0.5, double(labels.size()) - 0.5); // room for the first and last labels
         chart->addAxis(axisX, Qt::AlignBottom);
         for (const ChartData::Series &values : data.series) {
             auto *series = new QLineSeries;

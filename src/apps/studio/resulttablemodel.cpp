@@ -47,7 +47,7 @@ void ResultTableModel::addRows(const RowChunk &rows)
 {
     if (!rows)
         return;
-    if (m_replaceOnNextRows) {
+    if (m_replaceOnNextRows || m_rows.columnCount() != rows->columnCount()) {
         m_replaceOnNextRows = false;
         beginResetModel();
         m_rows = std::move(*rows);
