@@ -17,8 +17,9 @@ namespace tessaly {
 class TESSALY_EXPORT UiService
 {
 public:
-    enum class Buttons { Ok, OkCancel, YesNo };
-    enum class Answer { Ok, Cancel, Yes, No };
+    // SaveDiscardCancel: the question a host asks before unsaved work would go.
+    enum class Buttons { Ok, OkCancel, YesNo, SaveDiscardCancel };
+    enum class Answer { Ok, Cancel, Yes, No, Save, Discard };
 
     virtual ~UiService();
 

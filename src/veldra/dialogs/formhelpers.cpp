@@ -109,7 +109,8 @@ QPushButton *addButton(QDialogButtonBox *box, const QString &objectName, StringI
 
 int textWidth(const QWidget *widget, int characters)
 {
-    return widget->fontMetrics().averageCharWidth() * characters;
+    // A Latin letter, not the font's average: a font with Japanese glyphs averages twice as wide.
+    return widget->fontMetrics().horizontalAdvance(QLatin1Char('x')) * characters;
 }
 
 bool guarded(const QWidget *form, const std::function<void()> &handler)

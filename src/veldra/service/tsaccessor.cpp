@@ -21,6 +21,15 @@ TSAccessor::NameMapRef storedMap(const NameMap &map, const QString &key)
 {
     return map.object<NameMap>(key);
 }
+
+// The service sends in base64 what XML cannot carry (a BLOB, text with control characters);
+// the value is the text those bytes spell.
+QString fieldText(const QDomElement &field)
+{
+    if (field.attribute(QStringLiteral("encoding")) == u"base64")
+        return QString::fromUtf8(QByteArray::fromBase64(field.text().toLatin1()));
+    return field.text();
+}
 } // namespace
 
 // --- Cached structure walk ----------------------------------------------------------------
@@ -276,9 +285,9 @@ TSAccessor::NameMapRef TSAccessor::ReadKeyValueList(const QDomNode &start, const
                 continue;
             // Key first: when both columns are one, the field fills only the key.
             if (name == keyCol)
-                key = field.text();
+                key = fieldText(field);
             else if (name == valCol)
-                display = field.text();
+                display = fieldText(field);
         }
         if (key.isEmpty())
             continue;
