@@ -3,10 +3,16 @@
 //   service / sqlite3 -json   target <= 1.0
 //   service / psql --csv      target <= 1.5 (when a PostgreSQL server can be started)
 // and the peak memory while answering, against the size of the response (target < 3x).
+// The readers of requests and of documents on 10 MB of hostile XML (attributes by the
+// hundred thousand, as many as allowed on every element, references and comments by the
+// million), against the XML parser reading 10 MB of plain elements: each under 1 s (target
+// <= 10x the plain parse).
 
 #include <dataservice/dataservice.h>
+#include <dataservice/request.h>
 
 #include <tessaly/error.h>
+#include <tessaly/xmltagreader.h>
 
 #include "benchprocess.h"
 
@@ -17,6 +23,7 @@
 #include <QMap>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QXmlStreamReader>
 
 #include <malloc.h>
 
@@ -116,6 +123,66 @@ void reportMemory(const Target &backend)
                 qPrintable(backend.name), double(size) / 1e6, double(peak - before) / 1024.0, ratio);
 }
 
+constexpr qsizetype HostileBytes = 10 * 1000 * 1000;
+
+// Elements of the form head + body repeated to 10 MB inside a root element.
+QByteArray tenMegabytes(const QByteArray &head, const QByteArray &element)
+{
+    QByteArray xml = head;
+    while (xml.size() < HostileBytes)
+        xml += element;
+    return xml;
+}
+
+// One element carrying as many attributes as fit in 10 MB.
+QByteArray manyAttributes(const QByteArray &before, const QByteArray &after)
+{
+    QByteArray attributes;
+    for (int i = 0; before.size() + attributes.size() < HostileBytes; ++i)
+        attributes += " a" + QByteArray::number(i) + "=\"1\"";
+    return before + attributes + after;
+}
+
+struct XmlCase
+{
+    const char *name;
+    QByteArray xml;
+    void (*read)(const QByteArray &xml);
+};
+
+void parsePlain(const QByteArray &xml)
+{
+    QXmlStreamReader reader(xml);
+    while (!reader.atEnd())
+        reader.readNext();
+}
+
+void parseRequest(const QByteArray &xml)
+{
+    try {
+        Request::parse(xml);
+    } catch (const tessaly::Error &) {
+    }
+}
+
+void readDocument(const QByteArray &xml)
+{
+    try {
+        tessaly::XmlTagReader reader(xml, QStringLiteral("bench"));
+        reader.ReadTag();
+        reader.ReadEndTag();
+        reader.finish();
+    } catch (const tessaly::Error &) {
+    }
+}
+
+void xmlBench(benchmark::State &state, const XmlCase *xmlCase)
+{
+    for (auto _ : state)
+        xmlCase->read(xmlCase->xml);
+    state.counters["MB"] = double(xmlCase->xml.size()) / 1e6;
+}
+
 class CollectingReporter : public benchmark::ConsoleReporter
 {
 public:
@@ -197,6 +264,21 @@ int main(int argc, char **argv)
         return 1;
     }
 
+    const QByteArray query = "<query><get><content>column</content><target/>";
+    const QByteArray attribute = " a=\"1\" b=\"2\" c=\"3\" d=\"4\" e=\"5\" f=\"6\" g=\"7\" h=\"8\" "
+                                 "i=\"9\" j=\"10\" k=\"11\" l=\"12\" m=\"13\" n=\"14\" o=\"15\" p=\"16\"";
+    const XmlCase xmlCases[] = {
+        {"xml/plain_parse", tenMegabytes("<r>", "<x>1</x>") + "</r>", parsePlain},
+        {"xml/request_attributes", manyAttributes("<query><get", "><content>column</content><target/></get></query>"),
+         parseRequest},
+        {"xml/request_references", tenMegabytes(query + "<condition>", "&lt;&#38;<!---->") + "</condition></get></query>",
+         parseRequest},
+        {"xml/document_attributes", manyAttributes("<SQLInfo", "/>"), readDocument},
+        {"xml/document_bound", tenMegabytes("<SQLInfo>", "<x" + attribute + ">1</x>") + "</SQLInfo>", readDocument},
+    };
+    for (const XmlCase &xmlCase : xmlCases)
+        benchmark::RegisterBenchmark(xmlCase.name, xmlBench, &xmlCase)
+            ->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(3);
     for (Target *backend : backends) {
         benchmark::RegisterBenchmark(qPrintable(backend->name + QStringLiteral("/service")), serviceBench, backend)
             ->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(8);
@@ -218,6 +300,13 @@ int main(int argc, char **argv)
     }
     for (Target *backend : backends)
         reportMemory(*backend);
+    const double plain = reporter.times.value(QStringLiteral("xml/plain_parse/iterations:3/real_time"));
+    for (const XmlCase &xmlCase : xmlCases) {
+        const double time = reporter.times.value(QLatin1String(xmlCase.name) + QStringLiteral("/iterations:3/real_time"));
+        if (&xmlCase != &xmlCases[0] && plain > 0)
+            std::printf("%s: %.0f ms for 10 MB (target < 1000 ms), %.2f x the plain parse (target <= 10)\n",
+                        xmlCase.name, time, time / plain);
+    }
 
     runProgram(QStringLiteral(VELDRA_PGSERVER_SCRIPT), {QStringLiteral("stop"), state});
     return 0;
