@@ -5,8 +5,8 @@
 // and the peak memory while answering, against the size of the response (target < 3x).
 // The readers of requests and of documents on 10 MB of hostile XML (attributes by the
 // hundred thousand, as many as allowed on every element, references and comments by the
-// million), against the XML parser reading 10 MB of plain elements: each under 1 s (target
-// <= 10x the plain parse).
+// million), against the XML parser reading 10 MB of plain elements: each under 1 s of CPU
+// (target <= 2x the plain parse).
 
 #include <dataservice/dataservice.h>
 #include <dataservice/request.h>
@@ -28,6 +28,7 @@
 #include <malloc.h>
 
 #include <cstdio>
+#include <functional>
 
 using namespace dataservice;
 
@@ -143,10 +144,11 @@ QByteArray manyAttributes(const QByteArray &before, const QByteArray &after)
     return before + attributes + after;
 }
 
+// Made when its benchmark runs and freed after it.
 struct XmlCase
 {
     const char *name;
-    QByteArray xml;
+    std::function<QByteArray()> make;
     void (*read)(const QByteArray &xml);
 };
 
@@ -178,9 +180,10 @@ void readDocument(const QByteArray &xml)
 
 void xmlBench(benchmark::State &state, const XmlCase *xmlCase)
 {
+    const QByteArray xml = xmlCase->make();
     for (auto _ : state)
-        xmlCase->read(xmlCase->xml);
-    state.counters["MB"] = double(xmlCase->xml.size()) / 1e6;
+        xmlCase->read(xml);
+    state.counters["MB"] = double(xml.size()) / 1e6;
 }
 
 class CollectingReporter : public benchmark::ConsoleReporter
@@ -188,11 +191,14 @@ class CollectingReporter : public benchmark::ConsoleReporter
 public:
     void ReportRuns(const std::vector<Run> &runs) override
     {
-        for (const Run &run : runs)
+        for (const Run &run : runs) {
             times[QString::fromStdString(run.benchmark_name())] = run.GetAdjustedRealTime();
+            cpuTimes[QString::fromStdString(run.benchmark_name())] = run.GetAdjustedCPUTime();
+        }
         ConsoleReporter::ReportRuns(runs);
     }
     QMap<QString, double> times;
+    QMap<QString, double> cpuTimes; // for work on one thread, steadier than the clock on a busy machine
 };
 
 
@@ -268,17 +274,17 @@ int main(int argc, char **argv)
     const QByteArray attribute = " a=\"1\" b=\"2\" c=\"3\" d=\"4\" e=\"5\" f=\"6\" g=\"7\" h=\"8\" "
                                  "i=\"9\" j=\"10\" k=\"11\" l=\"12\" m=\"13\" n=\"14\" o=\"15\" p=\"16\"";
     const XmlCase xmlCases[] = {
-        {"xml/plain_parse", tenMegabytes("<r>", "<x>1</x>") + "</r>", parsePlain},
-        {"xml/request_attributes", manyAttributes("<query><get", "><content>column</content><target/></get></query>"),
+        {"xml/plain_parse", [] { return tenMegabytes("<r>", "<x>1</x>") + "</r>"; }, parsePlain},
+        {"xml/request_attributes",
+         [] { return manyAttributes("<query><get", "><content>column</content><target/></get></query>"); },
          parseRequest},
-        {"xml/request_references", tenMegabytes(query + "<condition>", "&lt;&#38;<!---->") + "</condition></get></query>",
+        {"xml/request_references",
+         [&] { return tenMegabytes(query + "<condition>", "&lt;&#38;<!---->") + "</condition></get></query>"; },
          parseRequest},
-        {"xml/document_attributes", manyAttributes("<SQLInfo", "/>"), readDocument},
-        {"xml/document_bound", tenMegabytes("<SQLInfo>", "<x" + attribute + ">1</x>") + "</SQLInfo>", readDocument},
+        {"xml/document_attributes", [] { return manyAttributes("<SQLInfo", "/>"); }, readDocument},
+        {"xml/document_bound",
+         [&] { return tenMegabytes("<SQLInfo>", "<x" + attribute + ">1</x>") + "</SQLInfo>"; }, readDocument},
     };
-    for (const XmlCase &xmlCase : xmlCases)
-        benchmark::RegisterBenchmark(xmlCase.name, xmlBench, &xmlCase)
-            ->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(3);
     for (Target *backend : backends) {
         benchmark::RegisterBenchmark(qPrintable(backend->name + QStringLiteral("/service")), serviceBench, backend)
             ->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(8);
@@ -300,11 +306,20 @@ int main(int argc, char **argv)
     }
     for (Target *backend : backends)
         reportMemory(*backend);
-    const double plain = reporter.times.value(QStringLiteral("xml/plain_parse/iterations:3/real_time"));
+
+    // After the memory figures: freeing 10 MB buffers moves glibc's threshold for mapping large
+    // blocks, which would change how the response buffer grows.
+    benchmark::ClearRegisteredBenchmarks();
+    for (const XmlCase &xmlCase : xmlCases)
+        benchmark::RegisterBenchmark(xmlCase.name, xmlBench, &xmlCase)
+            ->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(3);
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    const double plain = reporter.cpuTimes.value(QStringLiteral("xml/plain_parse/iterations:3/real_time"));
+    std::printf("\n");
     for (const XmlCase &xmlCase : xmlCases) {
-        const double time = reporter.times.value(QLatin1String(xmlCase.name) + QStringLiteral("/iterations:3/real_time"));
+        const double time = reporter.cpuTimes.value(QLatin1String(xmlCase.name) + QStringLiteral("/iterations:3/real_time"));
         if (&xmlCase != &xmlCases[0] && plain > 0)
-            std::printf("%s: %.0f ms for 10 MB (target < 1000 ms), %.2f x the plain parse (target <= 10)\n",
+            std::printf("%s: %.0f ms of CPU for 10 MB (target < 1000 ms), %.2f x the plain parse (target <= 2)\n",
                         xmlCase.name, time, time / plain);
     }
 

@@ -40,12 +40,12 @@ private:
     int remainingMs() const;
     void limitTime();
     void cancel();
-    void setSessionLimits();
     void checkRole();
     [[noreturn]] void refuseRole(const QString &role, const QString &reason) const;
     void setLimits(const QString &catalog);
     void startReadOnly(const QString &catalog);
     void checkStatement(const QString &sql, const QString &catalog);
+    void refuseFor(const pg_result *checked) const;
     pg_result *receive();
     [[noreturn]] void abandon(qint32 number, const QString &message);
     void stream(const QString &sql, const FieldList &fields, qint64 limit, RowSink &sink);

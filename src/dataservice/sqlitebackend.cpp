@@ -124,7 +124,8 @@ int authorize(void *context, int action, const char *third, const char *fourth, 
     default:
         // A table-valued function declares its table in the schema as the statement is read.
         if ((action == SQLITE_INSERT || action == SQLITE_UPDATE) && third
-            && (std::strcmp(third, "sqlite_master") == 0 || std::strcmp(third, "sqlite_temp_master") == 0))
+            && QByteArray(third).startsWith("sqlite_") && (QByteArray(third).endsWith("_master")
+                                                           || QByteArray(third).endsWith("_schema")))
             guard->refusal = QStringLiteral("table-valued functions (json_each, json_tree) are not allowed; "
                                             "only reading tables and views of the catalog");
         else
@@ -283,9 +284,9 @@ QList<StructureItem> SqliteBackend::tables(const QString &catalog)
 {
     checkCatalog(catalog);
     Prepared statement(prepareOwn(QStringLiteral("SELECT name, type FROM %1.sqlite_master "
-                                                  "WHERE type IN ('table', 'view') "
-                                                  "AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\' ORDER BY name")
-                                       .arg(quoteIdentifier(catalog))));
+                                                 "WHERE type IN ('table', 'view') "
+                                                 "AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\' ORDER BY name")
+                                      .arg(quoteIdentifier(catalog))));
     QList<StructureItem> items;
     int rc;
     while ((rc = sqlite3_step(statement.get())) == SQLITE_ROW)
@@ -352,7 +353,7 @@ QSet<QByteArray> SqliteBackend::unqualifiedNamesIn(const QString &catalog)
     QSet<QByteArray> taken;
     for (const auto &[seq, schema] : order) {
         Prepared names(prepareOwn(QStringLiteral("SELECT lower(name) FROM %1.sqlite_master WHERE type IN ('table', 'view')")
-                                       .arg(quoteIdentifier(schema))));
+                                      .arg(quoteIdentifier(schema))));
         QSet<QByteArray> here;
         while (sqlite3_step(names.get()) == SQLITE_ROW) {
             const QByteArray name(reinterpret_cast<const char *>(sqlite3_column_text(names.get(), 0)));
