@@ -133,6 +133,12 @@ QByteArray filesChecksum(const QStringList &paths)
 // Bytes one request may write: nothing of its own (SQLite keeps temporary storage in
 // memory), only the statement it sends.
 constexpr qint64 WrittenMarginKb = 64 * 1024;
+// AddressSanitizer's shadow memory and quarantine make a process's peak say nothing of its own.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool PeaksMeasured = false;
+#else
+constexpr bool PeaksMeasured = true;
+#endif
 
 // What a row expects: the error number and a text its message holds.
 struct Expected
@@ -247,7 +253,8 @@ void TestHostileRequests::initTestCase()
                      "INSERT INTO secrets VALUES ('swordfish');" }),
         0);
     QList<DataSource> sources { { "Local", "SQLite", m_dbPath, { { "other", m_otherPath } }, {},
-        RowCap, TimeoutMs } };
+                                    RowCap, TimeoutMs },
+        { "Roomy", "SQLite", m_dbPath, {}, {}, RowCap, PatientTimeoutMs } };
 
     QString stateText;
     const QString stateFile = qEnvironmentVariable("VELDRA_TEST_PG");
@@ -424,9 +431,12 @@ void TestHostileRequests::addSqliteRows()
     row("a large value repeated many times across the select list",
         sqlite(QStringList(40, "printf('%8000000d', 1)").join(','), "orders.id = 1"), refused,
         "256 MB of memory");
-    row("a sort larger than memory would spill to temporary files",
-        sqlite("(SELECT count(DISTINCT a.id || b.code || printf('%.*c', 65536, 'x')) FROM orders a, regions b) n"),
-        refused, "256 MB of memory");
+    // Time enough to reach the memory bound whatever the machine: files would grow all along.
+    QTest::addRow("sqlite: a sort larger than memory would spill to temporary files")
+        << false
+        << recordRequest("SQLite", "Roomy", "main", "orders",
+               "(SELECT count(DISTINCT a.id || b.code || printf('%.*c', 65536, 'x')) FROM orders a, regions b) n")
+        << Expected { refused, "256 MB of memory", PatientTimeoutMs };
     row("a table-valued function", sqlite("(SELECT count(*) FROM json_each('[1, 2]')) n"), refused,
         "json_each");
     row("a long LIKE pattern",
@@ -639,7 +649,8 @@ void TestHostileRequests::attacksAreRefusedWithinLimits()
     QVERIFY2(message.size() < 3000, qPrintable(QString::number(message.size())));
     QVERIFY2(elapsed < expected.timeoutMs + TimeMarginMs, qPrintable(QString::number(elapsed)));
     const qint64 growth = peakMemoryKb() - memoryBefore;
-    QVERIFY2(growth < expected.memoryKb, qPrintable(QStringLiteral("peak memory grew by %1 kB").arg(growth)));
+    QVERIFY2(!PeaksMeasured || growth < expected.memoryKb,
+        qPrintable(QStringLiteral("peak memory grew by %1 kB").arg(growth)));
     const qint64 written = (bytesWritten() - writtenBefore) / 1024;
     QVERIFY2(written < WrittenMarginKb, qPrintable(QStringLiteral("%1 kB were written").arg(written)));
 }
@@ -739,11 +750,10 @@ static Finished runTool(const QStringList &arguments, const QString &dir, int ti
     if (pid == 0) {
         dup2(open(outPath.constData(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDOUT_FILENO);
         dup2(open(errPath.constData(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO);
-#if !defined(__SANITIZE_ADDRESS__)
         // Should memory run away after all, the tool fails at 2 GB instead of the machine.
         const rlimit space { 2048L * 1024 * 1024, 2048L * 1024 * 1024 };
-        setrlimit(RLIMIT_AS, &space);
-#endif
+        if (PeaksMeasured)
+            setrlimit(RLIMIT_AS, &space);
         execve(args[0], args.data(), envp.data());
         _exit(127);
     }
@@ -786,7 +796,8 @@ void TestHostileRequests::commandLineKeepsItsPromises()
     QVERIFY2(finished.exitCode == command.exitCode, qPrintable(QString::number(finished.exitCode) + ": " + error));
     QVERIFY2(finished.output.contains(command.output.toUtf8()), finished.output.right(500).constData());
     QVERIFY2(command.error.isEmpty() ? error.isEmpty() : error.contains(command.error), qPrintable(error));
-    QVERIFY2(finished.peakKb < command.memoryKb, qPrintable(QStringLiteral("peak memory %1 kB").arg(finished.peakKb)));
+    QVERIFY2(!PeaksMeasured || finished.peakKb < command.memoryKb,
+        qPrintable(QStringLiteral("peak memory %1 kB").arg(finished.peakKb)));
     QVERIFY2(finished.elapsedMs < command.timeoutMs, qPrintable(QString::number(finished.elapsedMs)));
 }
 
