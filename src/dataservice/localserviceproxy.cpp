@@ -32,4 +32,11 @@ QDomDocument LocalServiceProxy::request(const QDomDocument &requestDocument)
     return document;
 }
 
+void LocalServiceProxy::select(const QByteArray &requestXml, RowSink &sink) const
+{
+    if (!m_service)
+        throw tessaly::Error(ErrorNumber::Unspecified, QStringLiteral("The proxy has no data service."));
+    m_service->select(requestXml, sink);
+}
+
 } // namespace dataservice

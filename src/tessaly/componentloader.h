@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tessaly/tessaly_export.h"
+
 #include <QString>
 
 #include <memory>
@@ -13,7 +15,7 @@ class zetPrimitivePad;
 // through the registry, its module part names the library ("Veldra.X" -> libVeldra.so), and
 // the library's tessalyCreateObject makes the object of that identifier. Every failure raises
 // tessaly::Error saying which step failed for which name.
-class ComponentLoader
+class TESSALY_EXPORT ComponentLoader
 {
 public:
     // The name of the function a component library exports:

@@ -37,6 +37,7 @@ UiService::Answer ConsoleUiService::message(const QString &text, const QString &
         m_sink(line(title, text));
         return Answer::Ok;
     case Buttons::OkCancel:
+    case Buttons::SaveDiscardCancel:
         m_sink(line(title, text) + QLatin1String(" [no one to ask: Cancel]"));
         return Answer::Cancel;
     case Buttons::YesNo:

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tessaly/tessaly_export.h"
 #include "tessaly/uiservice.h"
 
 #include <functional>
@@ -10,7 +11,7 @@ namespace tessaly {
 // becomes one line on standard error. Nobody can answer a question there, so questions take
 // the negative answer (Cancel or No) and the line says so; only the affirmative answer ever
 // acts, so nothing happens that a person did not agree to.
-class ConsoleUiService final : public UiService
+class TESSALY_EXPORT ConsoleUiService final : public UiService
 {
 public:
     using LineSink = std::function<void(const QString &line)>;

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "tessaly/querycontainer.h"
+#include "tessaly/tessaly_export.h"
 #include "tessaly/zetpadsite.h"
 
 namespace tessaly {
 
 // The site of a pad that holds other pads but no component of its own: a host's document or
 // a group. With a proxy it is a query container for everything inside it.
-class ContainerSite final : public zetPadSite, public QueryContainer
+class TESSALY_EXPORT ContainerSite final : public zetPadSite, public QueryContainer
 {
 public:
     explicit ContainerSite(zetPadSite *parent = nullptr) : m_parent(parent) { }

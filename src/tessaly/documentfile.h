@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tessaly/tessaly_export.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -16,14 +18,14 @@ constexpr qint64 SizeLimit = 64 * 1024 * 1024;
 
 // The file's bytes, read to its end. A device or FIFO is read like a file, but stops at the
 // limit: throws Error(FileAccess) naming the file when it cannot be read or holds more.
-QByteArray read(const QString &fileName, qint64 limit = SizeLimit);
+TESSALY_EXPORT QByteArray read(const QString &fileName, qint64 limit = SizeLimit);
 // The same for a device already open (standard input), named fileName in messages.
-QByteArray read(QIODevice &device, const QString &fileName, qint64 limit = SizeLimit);
+TESSALY_EXPORT QByteArray read(QIODevice &device, const QString &fileName, qint64 limit = SizeLimit);
 
 // Saving writes aside and renames, which would put a regular file where a device, FIFO or
 // socket was. Throws Error(FileAccess) naming the file when it exists and is not a regular
 // file (a link is followed).
-void checkReplaceable(const QString &fileName);
+TESSALY_EXPORT void checkReplaceable(const QString &fileName);
 
 } // namespace DocumentFile
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tessaly/tessaly_export.h"
+
 #include <QString>
 
 #include <exception>
@@ -19,7 +21,7 @@ constexpr qint32 FileAccess = qint32(0x800A004B);
 } // namespace ErrorNumber
 
 // An error raised to the caller: a 32-bit error number and a message for people.
-class Error : public std::exception
+class TESSALY_EXPORT Error : public std::exception
 {
 public:
     Error(qint32 number, QString message);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tessaly/tessaly_export.h"
 #include "tessaly/zetmodelsite.h"
 
 #include <QHash>
@@ -16,7 +17,7 @@ class zetPrimitiveModel;
 // The host side of a model site. It records the slots a model declares and the changes it
 // reports, and, as the framework does, answers a slot-changed report by writing the slot's
 // value back into the model, so the model's re-entrancy guards are exercised for real.
-class ModelHost final : public zetModelSite
+class TESSALY_EXPORT ModelHost final : public zetModelSite
 {
 public:
     struct Slot

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tessaly/tessaly_export.h"
 #include "tessaly/zetvariable.h"
 
 #include <QHash>
@@ -14,7 +15,7 @@ namespace tessaly {
 // The framework's keyed map: text keys in insertion order, each holding a text, an object
 // reference or nothing (an invalid QVariant). Positions are 0-based. Keys are case-sensitive;
 // setting a key already held replaces its value in place.
-class NameMap final : public zetVariable
+class TESSALY_EXPORT NameMap final : public zetVariable
 {
 public:
     NameMap() = default;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tessaly/tessaly_export.h"
+
 #include <memory>
 
 namespace tessaly {
@@ -8,7 +10,7 @@ class ServiceProxy;
 
 // The role of a pad that holds queries: it hands the pads inside it the proxy to the data
 // service they are to use.
-class QueryContainer
+class TESSALY_EXPORT QueryContainer
 {
 public:
     virtual ~QueryContainer();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tessaly/tessaly_export.h"
+
 #include <QByteArray>
 #include <QMap>
 #include <QString>
@@ -12,7 +14,7 @@ namespace tessaly {
 enum class RegistryRoot { ClassesRoot, CurrentUser, LocalMachine };
 
 // A raw registry value: its type code and its bytes, as a registry query hands them back.
-struct RegistryValue
+struct TESSALY_EXPORT RegistryValue
 {
     static constexpr quint32 TextType = 1;   // zero-terminated 8-bit text
     static constexpr quint32 NumberType = 4; // 32-bit number, little-endian
@@ -26,7 +28,7 @@ struct RegistryValue
 
 // The host's typed key/value store standing in for the system registry: keys are paths under a
 // root, each holding named values. File-backed as JSON when the host gives it a file.
-class RegistryStore
+class TESSALY_EXPORT RegistryStore
 {
 public:
     RegistryStore() = default;

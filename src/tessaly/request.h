@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tessaly/tessaly_export.h"
+
 #include <QDomDocument>
 #include <QMetaType>
 #include <QString>
@@ -11,7 +13,7 @@ namespace tessaly {
 // The framework's request object: a request text loaded into a value that the host passes to
 // the data service and saves with the component. The text is kept as it is; the document is
 // parsed only when someone asks for it.
-class Request
+class TESSALY_EXPORT Request
 {
 public:
     // Creates the request value from its text (the framework's load operation).

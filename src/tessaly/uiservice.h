@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tessaly/tessaly_export.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -12,11 +14,12 @@ namespace tessaly {
 // The one place that talks to the person in front of the host: message boxes, modal dialogs
 // and the busy cursor. Everything else goes through instance(), so a test (or a host without
 // windows) can answer instead of a person.
-class UiService
+class TESSALY_EXPORT UiService
 {
 public:
-    enum class Buttons { Ok, OkCancel, YesNo };
-    enum class Answer { Ok, Cancel, Yes, No };
+    // SaveDiscardCancel: the question a host asks before unsaved work would go.
+    enum class Buttons { Ok, OkCancel, YesNo, SaveDiscardCancel };
+    enum class Answer { Ok, Cancel, Yes, No, Save, Discard };
 
     virtual ~UiService();
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tessaly/tessaly_export.h"
 #include "tessaly/zetvariable.h"
 
 #include <QVariant>
@@ -8,12 +9,12 @@ namespace tessaly::variant {
 
 // Conversions of slot values as the framework makes them. A value that cannot be converted
 // raises TypeMismatch (or Overflow past the 32-bit range), so the slot keeps its old value.
-qint32 toLong(const QVariant &value);
-bool toBoolean(const QVariant &value);
-QString toText(const QVariant &value);
+TESSALY_EXPORT qint32 toLong(const QVariant &value);
+TESSALY_EXPORT bool toBoolean(const QVariant &value);
+TESSALY_EXPORT QString toText(const QVariant &value);
 
 // The framework's variable holder: how an object travels inside a slot value.
-QVariant holding(const ObjectRef &object);
-ObjectRef heldObject(const QVariant &value);
+TESSALY_EXPORT QVariant holding(const ObjectRef &object);
+TESSALY_EXPORT ObjectRef heldObject(const QVariant &value);
 
 } // namespace tessaly::variant

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tessaly/tessaly_export.h"
+
 #include <QString>
 #include <QVariant>
 
@@ -10,7 +12,7 @@ enum class SlotOwner { Model, Pad };
 
 // A pad of a sibling library placed inside another pad: a bag of named properties, a size, and
 // at most one property kept in step with a slot.
-class zetChildPad
+class TESSALY_EXPORT zetChildPad
 {
 public:
     virtual ~zetChildPad();

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "tessaly/tessaly_export.h"
+
 #include <QString>
 
 namespace tessaly {
 
 // What the framework offers a model: its slots are declared, removed and reported through it.
-class zetModelSite
+class TESSALY_EXPORT zetModelSite
 {
 public:
     virtual ~zetModelSite();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tessaly/tessaly_export.h"
 #include "tessaly/zetchildpad.h"
 
 #include <QVariant>
@@ -14,7 +15,7 @@ class zetPrimitiveModel;
 // What the framework offers a pad: its model's slots, its parent, its own slot declarations,
 // and the child pads of sibling libraries. The defaults are those of a site that holds no
 // component (a container that only gives its children a place and, perhaps, a data service).
-class zetPadSite
+class TESSALY_EXPORT zetPadSite
 {
 public:
     virtual ~zetPadSite();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tessaly/tessaly_export.h"
+
 #include <QVariant>
 
 #include <memory>
@@ -10,7 +12,7 @@ class TagStream;
 class zetModelSite;
 
 // The data side of a component as the framework drives it.
-class zetPrimitiveModel
+class TESSALY_EXPORT zetPrimitiveModel
 {
 public:
     // Initialisation kinds: a new component and a reset give every slot its default; other

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tessaly/tessaly_export.h"
+
 #include <QVariant>
 
 #include <memory>
@@ -11,7 +13,7 @@ class TagStream;
 class zetPadSite;
 
 // An operation the framework has just run on a pad, its parent or one of its children.
-struct PadOperation
+struct TESSALY_EXPORT PadOperation
 {
     // Bit 20 of the code marks operations that carry a property change.
     static constexpr quint32 PropertyOperation = 1u << 20;
@@ -22,7 +24,7 @@ struct PadOperation
 };
 
 // The visual side of a component as the framework drives it.
-class zetPrimitivePad
+class TESSALY_EXPORT zetPrimitivePad
 {
 public:
     // Initialisation kinds, as for models.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tessaly/tessaly_export.h"
+
 
 #include <QMetaType>
 #include <QString>
@@ -15,7 +17,7 @@ class zetVariable;
 using ObjectRef = std::shared_ptr<zetVariable>;
 
 // The contract every value the framework can store in a slot, save, load, copy and show offers.
-class zetVariable
+class TESSALY_EXPORT zetVariable
 {
 public:
     virtual ~zetVariable();

@@ -1,8 +1,11 @@
+#include "chartpanel.h"
+#include "resulttablemodel.h"
+#include "studiosettings.h"
 #include "studiowindow.h"
 #include "../veldra/common/definitions.h"
-#include "../veldra/dialogs/recordinguiservice.h"
-#include "resulttablemodel.h"
+#include "../veldra/common/wizarddriver.h"
 
+#include "dataservice/datasourcecatalog.h"
 #include "tessaly/registrystore.h"
 #include "tessaly/uiservice.h"
 #include "tessaly/variant.h"
@@ -10,27 +13,79 @@
 #include "tessaly/zetprimitivemodel.h"
 #include "veldra/component/tsyparamconditionpad.h"
 #include "veldra/registration/registration.h"
-#include "veldra/resources/stringtable.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QProcess>
+#include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
+
+using Answer = tessaly::UiService::Answer;
 
 namespace {
 
 const QString sample = QStringLiteral(VELDRA_SOURCE_DIR "/samples/sales-by-region.component.xml");
 
+// The rows as shown, each value as it would be copied.
+QList<QStringList> shown(const ResultTableModel &results)
+{
+    QList<QStringList> rows;
+    for (int row = 0; row < results.rowCount(); ++row) {
+        QStringList values;
+        for (int column = 0; column < results.columnCount(); ++column)
+            values.append(results.plainText(results.storeRow(row), column));
+        rows.append(values);
+    }
+    return rows;
+}
+
 QSet<QString> column(const ResultTableModel &results, int column)
 {
     QSet<QString> values;
-    for (const QStringList &row : results.result().rows)
+    for (const QStringList &row : shown(results))
         values.insert(row.value(column));
     return values;
+}
+
+QByteArray contents(const QString &fileName)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(missing)");
+}
+
+// A copy of the sample that a test may change, with the data source renamed when asked.
+QString copyOfSample(const QTemporaryDir &dir, const QString &name, const QByteArray &dsn = "Sample")
+{
+    const QString fileName = dir.filePath(name);
+    QFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly))
+        qFatal("cannot write %s", qPrintable(fileName));
+    file.write(contents(sample).replace("<dsn>Sample</dsn>", "<dsn>" + dsn + "</dsn>"));
+    return fileName;
+}
+
+// Rows of every kind the engine gives, as the data service hands them over.
+RowChunk everyKind()
+{
+    auto rows = std::make_shared<RowStore>(QList<QByteArray>{ "name", "amount", "data" });
+    const auto add = [&rows](const char *text, const char *number, QByteArray blob) {
+        rows->startRow();
+        text ? rows->addText(text, qsizetype(strlen(text))) : rows->addNull();
+        number ? rows->addNumber(number, qsizetype(strlen(number))) : rows->addNull();
+        blob.isNull() ? rows->addNull() : rows->addBlob(blob.constData(), blob.size());
+    };
+    add("beta", "10", QByteArray());
+    add("", "9.5", QByteArray("\x89PNG\r\n\x1a\n\0\1", 10));
+    add(nullptr, "100", QByteArray(""));
+    add("Alpha\ttab", nullptr, QByteArray());
+    add("alpha", "-2", QByteArray());
+    return rows;
 }
 
 } // namespace
@@ -54,6 +109,11 @@ private:
     {
         auto *child = window.findChild<QWidget *>(name);
         return child ? child->findChild<T *>() : nullptr;
+    }
+    static QString notice(StudioWindow &window)
+    {
+        auto *text = window.findChild<QLabel *>("NoticeText");
+        return text->isVisibleTo(&window) ? text->text() : QString();
     }
 
 private Q_SLOTS:
@@ -90,18 +150,19 @@ private Q_SLOTS:
     void opensTheSampleAndShowsItsRows()
     {
         StudioWindow window;
-        window.setQueryDelay(0);
         QVERIFY(window.openDocument(sample));
         waitForRows(window);
         QVERIFY2(m_ui->messages.isEmpty() && m_ui->reports.isEmpty(), qPrintable(m_ui->messages.value(0).text));
-        QVERIFY(!window.results().result().rows.isEmpty());
-        // Figures line up on the right, text on the left.
+        QCOMPARE(shown(window.results()).size(), 3);
+        // Figures, by the engine's type, line up on the right, text on the left.
         const auto alignment = [&window](int column) {
-            return window.results().data(window.results().index(0, column), Qt::TextAlignmentRole);
+            return window.results().data(window.results().index(0, column), Qt::TextAlignmentRole).value<Qt::Alignment>();
         };
-        QVERIFY(!alignment(0).isValid());
-        QCOMPARE(alignment(3).value<Qt::Alignment>() & Qt::AlignRight, Qt::AlignRight);
+        QCOMPARE(alignment(0) & Qt::AlignRight, Qt::Alignment());
+        QCOMPARE(alignment(3) & Qt::AlignRight, Qt::AlignRight);
         QVERIFY(window.windowTitle().startsWith("sales-by-region.component.xml"));
+        QVERIFY(!window.isWindowModified());
+        QVERIFY(window.findChild<QLabel *>("StatusText")->text().startsWith("3 rows in "));
     }
 
     void changingInputsRefreshesRequestAndRows()
@@ -118,14 +179,26 @@ private Q_SLOTS:
         waitForRows(window);
         QCOMPARE(column(window.results(), 0), QSet<QString>{ "South West" });
         QVERIFY(window.findChild<QPlainTextEdit *>("RequestText")->toPlainText().contains("'SW'"));
+        QVERIFY(window.isWindowModified());
 
-        // A date after every order leaves nothing.
+        // A date after every order leaves nothing, and that is no failure.
         QLineEdit *from = input<QLineEdit>(window, "ParamInput@@@FromDate");
         from->clear();
         QTest::keyClicks(from, "'2999-01-01'");
         waitForRows(window);
-        QVERIFY(window.results().result().rows.isEmpty());
-        QVERIFY(window.results().result().error.isEmpty());
+        QVERIFY(shown(window.results()).isEmpty());
+        QVERIFY(!window.lastAnswer().failed());
+
+        // A failure is shown whole over the grid, the service's number with it, and goes when
+        // the next run succeeds.
+        from->setText("'2023-01-01' AND");
+        waitForRows(window);
+        QVERIFY2(notice(window).contains("(error 0x8") && notice(window).contains(window.lastAnswer().error),
+                 qPrintable(notice(window)));
+        from->setText("'2023-01-01'");
+        waitForRows(window);
+        QCOMPARE(notice(window), QString());
+        QCOMPARE(column(window.results(), 0), QSet<QString>{ "South West" });
     }
 
     void savesAndReopensWhatWasChosen()
@@ -138,6 +211,7 @@ private Q_SLOTS:
             input<QComboBox>(window, "ParamInput@@@Region")->setCurrentText("Central");
             QVERIFY(window.saveDocument(fileName));
             QCOMPARE(window.fileName(), fileName);
+            QVERIFY(!window.isWindowModified());
         }
         StudioWindow window;
         QVERIFY(window.openDocument(fileName));
@@ -146,29 +220,90 @@ private Q_SLOTS:
         QCOMPARE(column(window.results(), 0), QSet<QString>{ "Central" });
     }
 
-    void aDocumentThatCannotBeReadLeavesTheCurrentOne()
+    // A document that cannot be opened leaves the one open as it was, and File > Save still
+    // writes that one's file, never the one that failed.
+    void aFailedOpenLeavesFileAndWindowAsTheyWere()
     {
         QTemporaryDir dir;
+        const QString mine = copyOfSample(dir, "mine.xml");
         const QString broken = dir.filePath("broken.xml");
         QFile file(broken);
         QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("<Component><Model><ClassPart>");
+        file.write(contents(sample).replace("</Model>", "</Modle>"));
         file.close();
 
         StudioWindow window;
-        QVERIFY(window.openDocument(sample));
+        QVERIFY(window.openDocument(mine));
+        input<QComboBox>(window, "ParamInput@@@Region")->setCurrentText("Central");
         QVERIFY(!window.openDocument(broken));
         QCOMPARE(m_ui->messages.size(), 1);
         QVERIFY2(m_ui->messages.at(0).text.contains("broken.xml:"), qPrintable(m_ui->messages.at(0).text));
-        QCOMPARE(window.fileName(), sample);
-        QVERIFY(input<QComboBox>(window, "ParamInput@@@Region"));
+        QCOMPARE(window.fileName(), mine);
+        QCOMPARE(input<QComboBox>(window, "ParamInput@@@Region")->currentText(), QString("Central"));
+        QVERIFY(window.isWindowModified());
+        const QByteArray brokenBefore = contents(broken);
+        QVERIFY(window.saveDocument(mine));
+        QCOMPARE(contents(broken), brokenBefore);
+        QVERIFY(contents(mine).contains("'CE'"));
         QVERIFY(!window.saveDocument(dir.filePath("no/such/folder/out.xml")));
         QCOMPARE(m_ui->messages.size(), 2);
     }
 
-    // What the wizard does on Finish, through the pad's wizard seam: the studio's service reaches
-    // it, and afterwards what the person had set (the document's values too) stays where it
-    // still applies.
+    // Quit, the close box, Open and New over a changed document ask first.
+    void changesAreNotLostWithoutAQuestion()
+    {
+        QTemporaryDir dir;
+        const QString mine = copyOfSample(dir, "mine.xml");
+        const QByteArray before = contents(mine);
+        StudioWindow window;
+        QVERIFY(window.openDocument(mine));
+        QVERIFY(window.maybeKeepChanges()); // nothing changed: no question
+        QVERIFY(m_ui->messages.isEmpty());
+
+        input<QComboBox>(window, "ParamInput@@@Region")->setCurrentText("Central");
+        QVERIFY(window.isWindowModified());
+        m_ui->answerQueue = { Answer::Cancel, Answer::Discard };
+        QVERIFY(!window.close());
+        QCOMPARE(m_ui->messages.size(), 1);
+        QCOMPARE(m_ui->messages.at(0).buttons, tessaly::UiService::Buttons::SaveDiscardCancel);
+        QVERIFY(m_ui->messages.at(0).text.contains("\"mine.xml\""));
+        QVERIFY(window.maybeKeepChanges());
+        QCOMPARE(contents(mine), before);
+
+        m_ui->answerQueue = { Answer::Save };
+        QVERIFY(window.close());
+        QVERIFY(contents(mine).contains("'CE'"));
+        QVERIFY(!window.isWindowModified());
+    }
+
+    // The journey of the report: Edit Query, then Finish with nothing changed, keeps what the
+    // person had set, and the rows come for it.
+    void finishingTheWizardUnchangedKeepsTheInputs()
+    {
+        StudioWindow window;
+        QVERIFY(window.openDocument(sample));
+        input<QComboBox>(window, "ParamInput@@@Region")->setCurrentText("South West");
+        input<QLineEdit>(window, "ParamInput@@@FromDate")->setText("'2024-01-01'");
+        m_ui->windows = true;
+        m_ui->script = [this](QDialog &dialog) {
+            testwizard::WizardDriver wizard(dialog);
+            while (wizard.step() < 5)
+                wizard.next()->click();
+            m_ui->answerQueue = { Answer::Ok };
+            wizard.next()->click();
+        };
+        window.findChild<QAction *>("EditQueryAction")->trigger();
+        QCOMPARE(m_ui->dialogs.size(), 1);
+        QCOMPARE(input<QComboBox>(window, "ParamInput@@@Region")->currentText(), QString("South West"));
+        QCOMPARE(input<QLineEdit>(window, "ParamInput@@@FromDate")->text(), QString("'2024-01-01'"));
+        waitForRows(window);
+        QVERIFY2(!window.lastAnswer().failed(), qPrintable(window.lastAnswer().error));
+        QCOMPARE(column(window.results(), 0), QSet<QString>{ "South West" });
+        QVERIFY(window.findChild<QLabel *>("DocumentText")->text().startsWith("Saved in"));
+    }
+
+    // What the wizard does on Finish, through the pad's wizard seam: afterwards what the person
+    // had set (the document's values too) stays where it still applies.
     void editQueryKeepsTheInputsThatStillApply()
     {
         StudioWindow window;
@@ -176,7 +311,6 @@ private Q_SLOTS:
         input<QComboBox>(window, "ParamInput@@@Region")->setCurrentText("South West");
         auto *pad = dynamic_cast<veldra::TsyParamConditionPad *>(window.site().pad());
         QVERIFY(pad);
-        // Without the studio's service the pad would not open the wizard at all.
         pad->setWizardLauncher([](const auto &model, const auto &, const auto &definition) {
             auto edited = tessaly::objectCast<veldra::SQLInfo>(definition)->copy();
             edited->setTopN(2);
@@ -195,9 +329,134 @@ private Q_SLOTS:
 
         // The new parameter has no value: it is named, and the service is not asked.
         waitForRows(window);
-        QVERIFY(window.results().result().rows.isEmpty());
-        const QString status = window.findChild<QLabel *>("StatusText")->text();
-        QVERIFY2(status.contains("\"Smallest amount\""), qPrintable(status));
+        QVERIFY(shown(window.results()).isEmpty());
+        QVERIFY2(notice(window).contains("\"Smallest amount\""), qPrintable(notice(window)));
+
+        // Query > Check names the same problem, and once it has a value, that the statement runs.
+        window.checkQuery();
+        QVERIFY(m_ui->messages.last().text.contains("\"Smallest amount\""));
+        input<QLineEdit>(window, "ParamInput@@@Least")->setText("100000");
+        const qsizetype before = m_ui->messages.size();
+        window.checkQuery();
+        QTRY_COMPARE(m_ui->messages.size(), before + 1);
+        QVERIFY2(m_ui->messages.last().text.startsWith("The statement runs"), qPrintable(m_ui->messages.last().text));
+    }
+
+    // The component's wizard and the grid ask the one service the studio made: a data source
+    // the configuration held when the studio started still answers the grid.
+    void theComponentAndTheGridShareOneService()
+    {
+        QTemporaryDir dir;
+        const QString extra = copyOfSample(dir, "extra.xml", "Extra");
+        QVERIFY(QDir().mkpath(m_config.filePath("veldra")));
+        QFile ini(m_config.filePath("veldra/datasources.ini"));
+        QVERIFY(ini.open(QIODevice::WriteOnly));
+        ini.write("[Extra]\nprovider=SQLite\npath=" + dataservice::DataSourceCatalog::sampleDatabasePath().toUtf8() + "\n");
+        ini.close();
+        StudioWindow window;
+        QVERIFY(ini.remove());
+        QVERIFY(window.openDocument(extra));
+        waitForRows(window);
+        QVERIFY2(!window.lastAnswer().failed(), qPrintable(window.lastAnswer().error));
+        QCOMPARE(shown(window.results()).size(), 3);
+    }
+
+    void exportHoldsTheBytesVeldraRunPrints_data()
+    {
+        QTest::addColumn<QString>("format");
+        QTest::newRow("csv") << "csv";
+        QTest::newRow("json") << "json";
+    }
+    void exportHoldsTheBytesVeldraRunPrints()
+    {
+        QFETCH(QString, format);
+        QTemporaryDir dir;
+        StudioWindow window;
+        QVERIFY(window.openDocument(sample));
+        waitForRows(window);
+        QVERIFY(window.exportRows(dir.filePath("rows." + format), format));
+        QProcess run;
+        run.start(VELDRA_BINARY, { "run", sample, "--format", format });
+        QVERIFY(run.waitForFinished(60000));
+        QCOMPARE(contents(dir.filePath("rows." + format)), run.readAllStandardOutput());
+    }
+
+    // NULL apart from empty text, a BLOB as its size and first bytes, numbers sorted as numbers
+    // and text without regard to case, NULL first; copied as tab-separated lines.
+    void theGridShowsSortsAndCopiesEveryKindOfValue()
+    {
+        ResultTableModel results;
+        results.startAnswer();
+        results.addRows(everyKind());
+        const auto text = [&results](int row, int column) { return results.index(row, column).data().toString(); };
+        QCOMPARE(text(1, 0), QString());
+        QCOMPARE(text(2, 0), QString("NULL"));
+        QCOMPARE(text(1, 2), QString("BLOB, 10 bytes: 89 50 4E 47 0D 0A 1A 0A\u2026"));
+        QCOMPARE(text(3, 0), QString("Alpha\u2409tab"));
+
+        results.sort(1, Qt::AscendingOrder);
+        QCOMPARE(column(results, 1), (QSet<QString>{ "", "-2", "9.5", "10", "100" }));
+        QCOMPARE(shown(results).at(0).at(0), QString("Alpha\ttab")); // NULL first
+        QCOMPARE(shown(results).at(4).at(1), QString("100"));
+        results.sort(0, Qt::DescendingOrder);
+        QStringList names;
+        for (const QStringList &row : shown(results))
+            names.append(row.at(0));
+        QCOMPARE(names, (QStringList{ "beta", "Alpha\ttab", "alpha", "", "" }));
+        QCOMPARE(text(4, 0), QString("NULL"));
+
+        // Rows that arrive later take their places in the order.
+        results.addRows(everyKind());
+        QCOMPARE(text(0, 0), QString("beta"));
+        QCOMPARE(text(1, 0), QString("beta"));
+
+        const QModelIndexList cells = { results.index(1, 0), results.index(1, 2), results.index(2, 0) };
+        QCOMPARE(results.tabSeparated(cells, true), QString("name\tdata\nbeta\t\n\"Alpha\ttab\"\t\n"));
+    }
+
+    // The chart's choice lives beside the document, never in it, and comes back with it.
+    void theChartIsKeptBesideTheDocument()
+    {
+        QTemporaryDir dir;
+        const QString mine = copyOfSample(dir, "mine.xml");
+        const QByteArray before = contents(mine);
+        {
+            StudioWindow window;
+            QVERIFY(window.openDocument(mine));
+            waitForRows(window);
+            window.findChild<QAction *>("ShowChartAction")->setChecked(true);
+            window.chart().findChild<QComboBox *>("ChartKind")->setCurrentIndex(1);
+            QCOMPARE(window.chart().settings().values, QStringList{ "Orders" });
+            window.chart().saveSvg(dir.filePath("chart.svg"));
+            QVERIFY(contents(dir.filePath("chart.svg")).contains("<svg"));
+        }
+        QCOMPARE(contents(mine), before);
+        StudioWindow window;
+        QVERIFY(window.reopenLastDocument());
+        QCOMPARE(window.fileName(), mine);
+        QCOMPARE(StudioSettings().recentDocuments().value(0), mine);
+        QVERIFY(window.findChild<QAction *>("ShowChartAction")->isChecked());
+        QVERIFY(window.chart().settings().line);
+    }
+
+    // Every control of the studio's own is named for a screen reader, and no two alike.
+    void everyControlHasItsOwnAccessibleName()
+    {
+        StudioWindow window;
+        window.findChild<QAction *>("ShowChartAction")->setChecked(true);
+        window.findChild<QAction *>("ShowRequestAction")->setChecked(true);
+        QMap<QString, QString> names;
+        for (QWidget *widget : window.findChildren<QWidget *>()) {
+            auto *area = qobject_cast<QAbstractScrollArea *>(widget->parentWidget());
+            if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisibleTo(&window) || (area && area->viewport() == widget)
+                || window.findChild<QWidget *>("PadFace")->isAncestorOf(widget))
+                continue;
+            QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(widget);
+            const QString name = accessible ? accessible->text(QAccessible::Name) : QString();
+            QVERIFY2(!name.isEmpty(), qPrintable(widget->objectName() + " has no accessible name"));
+            QVERIFY2(!names.contains(name), qPrintable(widget->objectName() + " and " + names.value(name) + ": " + name));
+            names.insert(name, widget->objectName());
+        }
     }
 };
 

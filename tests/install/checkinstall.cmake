@@ -12,33 +12,25 @@ endfunction()
 
 must_run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
 
+# What no check below reads already.
 set(expected
-    bin/veldra bin/veldra-studio share/applications/veldra-studio.desktop
-    ${LIBDIR}/libVeldra.so.${VERSION} ${LIBDIR}/libVeldra.so.${VERSION_MAJOR} ${LIBDIR}/libVeldra.so
-    ${LIBDIR}/libtessaly.so.${VERSION} ${LIBDIR}/libtessaly.so.${VERSION_MAJOR} ${LIBDIR}/libtessaly.so
+    bin/veldra-studio share/applications/veldra-studio.desktop share/mime/packages/veldra.xml
+    ${LIBDIR}/libVeldra.so ${LIBDIR}/libVeldra.so.${VERSION_MAJOR} ${LIBDIR}/libtessaly.so ${LIBDIR}/libtessaly.so.${VERSION_MAJOR}
     ${LIBDIR}/libVeldraUi.so.${VERSION_MAJOR} ${LIBDIR}/libtessalywidgets.so.${VERSION_MAJOR}
-    include/veldra/veldra/records/sqlinfo.h include/veldra/veldra/resources/strings.def
-    include/veldra/veldra/component/tsyparamconditionmodel.h include/veldra/tessaly/namemap.h
-    ${LIBDIR}/cmake/Veldra/VeldraConfig.cmake ${LIBDIR}/cmake/Veldra/VeldraConfigVersion.cmake
-    ${LIBDIR}/cmake/Veldra/VeldraTargets.cmake
-    share/veldra/sample.db share/veldra/samples/sales-by-region.component.xml share/veldra/samples/sales-by-region.xml
-    share/doc/veldra/README.md share/doc/veldra/cli.md share/doc/veldra/protocol.md share/man/man1/veldra.1)
+    share/veldra/samples/sales-by-region.xml share/veldra/samples/sample.sql share/man/man1/veldra-studio.1.gz
+    share/doc/veldra/README.md share/doc/veldra/cli.md share/doc/veldra/protocol.md
+    share/doc/veldra/copyright share/doc/veldra/changelog.gz share/doc/veldra-dev/copyright)
 foreach(file IN LISTS expected)
     if(NOT EXISTS ${prefix}/${file})
         message(FATAL_ERROR "missing from the install tree: ${file}")
     endif()
 endforeach()
 
-# The tool and the studio are the package's only programs: no tests, no benchmarks; no data
-# service internals.
+# The tool and the studio are the package's only programs: no tests, no benchmarks.
 file(GLOB programs RELATIVE ${prefix}/bin ${prefix}/bin/*)
 list(SORT programs)
 if(NOT programs STREQUAL "veldra;veldra-studio")
     message(FATAL_ERROR "bin/ holds ${programs}, not just veldra and veldra-studio")
-endif()
-file(GLOB_RECURSE internals ${prefix}/include/*dataservice* ${prefix}/${LIBDIR}/*dataservice*)
-if(internals)
-    message(FATAL_ERROR "the data service's internals are installed: ${internals}")
 endif()
 
 # Sonames carry the major version; RUNPATHs are relative to the installed files.
@@ -60,16 +52,46 @@ if(NOT output MATCHES "^Region,Segment,Orders,Revenue" OR NOT output MATCHES "No
     message(FATAL_ERROR "the installed veldra printed:\n${output}")
 endif()
 
-# A project finds the package and builds against the installed headers and libraries.
+# Only the public headers and the export headers are installed, each where the sources include
+# it from, and the package's one include directory is include/veldra.
+file(GLOB_RECURSE installed RELATIVE ${prefix}/include/veldra ${prefix}/include/*)
+file(STRINGS ${PUBLIC_HEADERS} declared)
+list(SORT installed)
+list(SORT declared)
+if(NOT installed STREQUAL declared)
+    message(FATAL_ERROR "installed headers:\n${installed}\nare not the declared public ones:\n${declared}")
+endif()
+file(STRINGS ${prefix}/${LIBDIR}/cmake/Veldra/VeldraTargets.cmake include_dirs REGEX "INTERFACE_INCLUDE_DIRECTORIES")
+list(FILTER include_dirs EXCLUDE REGEX "INTERFACE_INCLUDE_DIRECTORIES \"\\\${_IMPORT_PREFIX}/include/veldra\"$")
+if(include_dirs)
+    message(FATAL_ERROR "an installed target shows more than include/veldra: ${include_dirs}")
+endif()
+
+# The manual pages name the data where this prefix put it.
+execute_process(COMMAND gzip -dc ${prefix}/share/man/man1/veldra.1.gz OUTPUT_VARIABLE manual)
+string(FIND "${manual}" ".I ${prefix}/share/veldra/samples/\n" at)
+if(at LESS 0 OR manual MATCHES "@[A-Z_]+@")
+    message(FATAL_ERROR "veldra.1 does not name ${prefix}/share/veldra/samples/, or keeps a placeholder")
+endif()
+
+# A project finds the package and builds against the installed public headers, every one of them
+# in one source, and the libraries.
+list(FILTER installed INCLUDE REGEX "\\.h$")
+list(TRANSFORM installed REPLACE "(.+)" "#include \"\\1\"\n")
+string(JOIN "" includes ${installed})
 file(WRITE ${WORK_DIR}/consumer/CMakeLists.txt "cmake_minimum_required(VERSION 3.25)
 project(Consumer LANGUAGES CXX)
 set(CMAKE_CXX_STANDARD 17)
 find_package(Veldra ${VERSION} REQUIRED)
 add_executable(consumer main.cpp)
-target_link_libraries(consumer PRIVATE Veldra::Veldra)
+target_link_libraries(consumer PRIVATE Veldra::Veldra Veldra::VeldraUi)
 ")
-file(WRITE ${WORK_DIR}/consumer/main.cpp "#include \"veldra/records/sqlinfo.h\"
-int main() { return veldra::SQLInfo().getTableNames().isEmpty() ? 0 : 1; }
+file(WRITE ${WORK_DIR}/consumer/main.cpp "${includes}
+int main()
+{
+    const bool widgets = QLatin1String(veldra::frmWizard::staticMetaObject.className()) == QLatin1String(\"veldra::frmWizard\");
+    return widgets && veldra::SQLInfo().getTableNames().isEmpty() ? 0 : 1;
+}
 ")
 set(sanitize)
 if(SANITIZE) # the installed libraries need the sanitizers' run time

@@ -1,3 +1,4 @@
+#include "studiotext.h"
 #include "studiowindow.h"
 
 #include "tessaly/widgets/widgetuiservice.h"
@@ -16,7 +17,8 @@ int main(int argc, char **argv)
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Hosts a query component: its inputs, its request and the rows it gets."));
     const QCommandLineOption help = parser.addHelpOption();
-    parser.addPositionalArgument(QStringLiteral("DOC"), QStringLiteral("a component document to open"),
+    parser.addPositionalArgument(QStringLiteral("DOC"),
+                                 QStringLiteral("a component document to open; without one, the document open last"),
                                  QStringLiteral("[DOC]"));
     const bool parsed = parser.parse(arguments);
     if (parsed && parser.isSet(help)) {
@@ -34,12 +36,16 @@ int main(int argc, char **argv)
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("veldra-studio"));
     QApplication::setDesktopFileName(QStringLiteral("veldra-studio"));
+    installQtTranslations(app);
     tessaly::UiService::setInstance(std::make_shared<tessaly::WidgetUiService>());
     int status = 0;
     {
         StudioWindow window;
         if (!parser.positionalArguments().isEmpty())
             window.openDocument(parser.positionalArguments().constFirst());
+        else
+            window.reopenLastDocument();
+        window.resize(window.sizeHint()); // now that the inputs are there
         window.show();
         status = QApplication::exec();
     }

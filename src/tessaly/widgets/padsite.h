@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tessaly/widgets/tessalywidgets_export.h"
 #include "tessaly/zetpadsite.h"
 
 #include <QList>
@@ -24,7 +25,7 @@ class zetPrimitivePad;
 // pads are placed on (top to bottom, in the order they were made) and the connections between
 // the children and the slots. It echoes reported slots back as the framework does, so the
 // component's re-entrancy guards meet real nested writes.
-class PadSite final : public QObject, public zetPadSite, public std::enable_shared_from_this<PadSite>
+class TESSALYWIDGETS_EXPORT PadSite final : public QObject, public zetPadSite, public std::enable_shared_from_this<PadSite>
 {
     Q_OBJECT
 

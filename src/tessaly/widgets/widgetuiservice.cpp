@@ -28,8 +28,14 @@ UiService::Answer WidgetUiService::message(const QString &text, const QString &t
         standard = QMessageBox::Yes | QMessageBox::No;
         icon = QMessageBox::Question;
         break;
+    case Buttons::SaveDiscardCancel:
+        standard = QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel;
+        icon = QMessageBox::Warning;
+        break;
     }
     QMessageBox box(icon, title, text, standard, QApplication::activeWindow());
+    if (buttons == Buttons::SaveDiscardCancel)
+        box.setDefaultButton(QMessageBox::Save);
     switch (box.exec()) {
     case QMessageBox::Ok:
         return Answer::Ok;
@@ -39,9 +45,22 @@ UiService::Answer WidgetUiService::message(const QString &text, const QString &t
         return Answer::Yes;
     case QMessageBox::No:
         return Answer::No;
+    case QMessageBox::Save:
+        return Answer::Save;
+    case QMessageBox::Discard:
+        return Answer::Discard;
     default:
         // Closed without a button: the negative answer, so nothing acts.
-        return buttons == Buttons::YesNo ? Answer::No : (buttons == Buttons::OkCancel ? Answer::Cancel : Answer::Ok);
+        switch (buttons) {
+        case Buttons::Ok:
+            return Answer::Ok;
+        case Buttons::YesNo:
+            return Answer::No;
+        case Buttons::OkCancel:
+        case Buttons::SaveDiscardCancel:
+            break;
+        }
+        return Answer::Cancel;
     }
 }
 

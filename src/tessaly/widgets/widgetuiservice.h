@@ -1,11 +1,12 @@
 #pragma once
 
 #include "tessaly/uiservice.h"
+#include "tessaly/widgets/tessalywidgets_export.h"
 
 namespace tessaly {
 
 // The UI service of a desktop host: real message boxes, dialogs and the wait cursor.
-class WidgetUiService final : public UiService
+class TESSALYWIDGETS_EXPORT WidgetUiService final : public UiService
 {
 public:
     WidgetUiService() = default;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tessaly/zetchildpad.h"
+#include "veldra/veldra_export.h"
 
 #include <QList>
 #include <QStringList>
@@ -20,7 +21,7 @@ class SQLInfo;
 // What the pad's run-time face is made of, decided from the query definition alone: the rows
 // of child pads, each child's ProgIDs, size, settings and the slot it follows. The pad carries
 // it out through its site; nothing here needs a window.
-class PadLayout
+class VELDRA_EXPORT PadLayout
 {
 public:
     using Setting = std::pair<QString, QVariant>;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "veldra/veldra_export.h"
+
 #include <QString>
 #include <QStringView>
 
@@ -14,9 +16,9 @@ namespace parameterreference {
 
 inline constexpr QStringView marker = u"@@@";
 
-bool isDelimiter(QChar c);
+VELDRA_EXPORT bool isDelimiter(QChar c);
 // Position of the first delimiter at or after from, or -1.
-qsizetype findDelimiter(QStringView text, qsizetype from);
+VELDRA_EXPORT qsizetype findDelimiter(QStringView text, qsizetype from);
 
 // Position of the first "@@@" at or after from, or -1. It looks for single "@" characters, which
 // is several times faster than a search for the three-character marker.

@@ -7,6 +7,7 @@
 #include "tessaly/variant.h"
 #include "tessaly/zetmodelsite.h"
 #include "veldra/component/parameterreference.h"
+#include "veldra/component/requestbuilder.h"
 #include "veldra/records/paraminfo.h"
 #include "veldra/records/recordio.h"
 #include "veldra/records/sqlinfo.h"

@@ -2,7 +2,7 @@
 
 #include "tessaly/request.h"
 #include "tessaly/zetprimitivemodel.h"
-#include "veldra/component/requestbuilder.h"
+#include "veldra/veldra_export.h"
 
 #include <array>
 
@@ -14,11 +14,12 @@ class NameMap;
 namespace veldra {
 
 class SQLInfo;
+struct RequestInputs;
 
 // The data side of the parametrised-condition component. It holds the query definition and the
 // current parameter values in slots, declares one slot per parameter reference of the
 // condition, and republishes the data-service request in "request" whenever an input changes.
-class TsyParamConditionModel final : public tessaly::zetPrimitiveModel
+class VELDRA_EXPORT TsyParamConditionModel final : public tessaly::zetPrimitiveModel
 {
 public:
     TsyParamConditionModel();

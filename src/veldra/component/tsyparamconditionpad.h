@@ -2,6 +2,7 @@
 
 #include "tessaly/zetprimitivepad.h"
 #include "veldra/component/padlayout.h"
+#include "veldra/veldraui_export.h"
 
 #include <functional>
 #include <memory>
@@ -21,7 +22,7 @@ namespace veldra {
 // triggers "BuildUI" (build the run-time face from the definition) and "EditQuery" (open the
 // query wizard) and the slot "labels" its captions follow, and hands everything else to the
 // framework's default pad.
-class TsyParamConditionPad final : public tessaly::zetPrimitivePad
+class VELDRAUI_EXPORT TsyParamConditionPad final : public tessaly::zetPrimitivePad
 {
 public:
     // Opens the wizard on the component; false when it was not shown.

@@ -117,7 +117,8 @@ QString nameFromCaption(StringId caption)
 
 int textWidth(const QWidget *widget, int characters)
 {
-    return widget->fontMetrics().averageCharWidth() * characters;
+    // A Latin letter, not the font's average: a font with Japanese glyphs averages twice as wide.
+    return widget->fontMetrics().horizontalAdvance(QLatin1Char('x')) * characters;
 }
 
 bool guarded(const QWidget *form, const std::function<void()> &handler)

@@ -26,7 +26,7 @@ WizExprDialog::WizExprDialog(QWidget *parent) : QDialog(parent)
     m_text->setAccessibleName(extraText(ExtraText::ExpressionTextName));
     m_text->setTabChangesFocus(true);
     const QFontMetrics metrics = m_text->fontMetrics();
-    m_text->setMinimumSize(metrics.averageCharWidth() * 64, metrics.lineSpacing() * 5);
+    m_text->setMinimumSize(form::textWidth(m_text, 64), metrics.lineSpacing() * 5);
 
     QDialogButtonBox *buttons = form::newButtonBox(this);
     QPushButton *ok = form::addButton(buttons, QStringLiteral("OKButton"), StringId::ExprDialogOKButton,

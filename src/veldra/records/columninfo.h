@@ -1,11 +1,12 @@
 #pragma once
 
 #include "veldra/records/record.h"
+#include "veldra/veldra_export.h"
 
 namespace veldra {
 
 // One selectable item: a column of a table (kind 1) or a free expression (any other kind).
-class ColumnInfo final : public Record<ColumnInfo>
+class VELDRA_EXPORT ColumnInfo final : public Record<ColumnInfo>
 {
 public:
     static constexpr const char *classSuffix = ".ColumnInfo";

@@ -1,11 +1,12 @@
 #pragma once
 
 #include "veldra/records/record.h"
+#include "veldra/veldra_export.h"
 
 namespace veldra {
 
 // Where a query's data lives: provider, data source name and catalog.
-class dbInfo final : public Record<dbInfo>
+class VELDRA_EXPORT dbInfo final : public Record<dbInfo>
 {
 public:
     static constexpr const char *classSuffix = ".DBInfo";

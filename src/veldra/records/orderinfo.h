@@ -1,11 +1,12 @@
 #pragma once
 
 #include "veldra/records/record.h"
+#include "veldra/veldra_export.h"
 
 namespace veldra {
 
 // One item of a fixed ORDER BY: a selection text and its direction.
-class OrderInfo final : public Record<OrderInfo>
+class VELDRA_EXPORT OrderInfo final : public Record<OrderInfo>
 {
 public:
     static constexpr const char *classSuffix = ".OrderInfo";

@@ -2,12 +2,13 @@
 
 #include "tessaly/namemap.h"
 #include "veldra/records/record.h"
+#include "veldra/veldra_export.h"
 
 namespace veldra {
 
 // One named parameter of the condition. Its selection values (key -> display text) matter,
 // and are copied and saved, only for a parameter chosen from a list.
-class ParamInfo final : public Record<ParamInfo>
+class VELDRA_EXPORT ParamInfo final : public Record<ParamInfo>
 {
 public:
     static constexpr const char *classSuffix = ".ParamInfo";

@@ -6,6 +6,7 @@
 #include "veldra/records/dbinfo.h"
 #include "veldra/records/orderinfo.h"
 #include "veldra/records/record.h"
+#include "veldra/veldra_export.h"
 
 namespace veldra {
 
@@ -14,7 +15,7 @@ using OrderList = tessaly::OrderedList<std::shared_ptr<OrderInfo>>;
 
 // The whole definition of one parametrised SELECT query. Object and collection members are
 // held by reference: a setter keeps the object it is given.
-class SQLInfo final : public Record<SQLInfo>
+class VELDRA_EXPORT SQLInfo final : public Record<SQLInfo>
 {
 public:
     static constexpr const char *classSuffix = ".SQLInfo";

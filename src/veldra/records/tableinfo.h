@@ -3,12 +3,13 @@
 #include "tessaly/namemap.h"
 #include "veldra/records/dbinfo.h"
 #include "veldra/records/record.h"
+#include "veldra/veldra_export.h"
 
 namespace veldra {
 
 // One table of a query with its columns (a NameMap of ColumnInfo keyed by column name).
 // Its dbInfo is not saved: the query reconnects it after reading.
-class TableInfo final : public Record<TableInfo>
+class VELDRA_EXPORT TableInfo final : public Record<TableInfo>
 {
 public:
     static constexpr const char *classSuffix = ".TableInfo";

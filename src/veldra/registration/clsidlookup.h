@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tessaly/registrystore.h"
+#include "veldra/veldra_export.h"
 
 #include <QString>
 
@@ -9,7 +10,7 @@ namespace veldra {
 // Class identifiers are not constants of the library: each is looked up in the registry by its
 // ProgID (the library's module name, ".", the class name) and the answers are cached for the
 // whole process.
-class ClsidLookup
+class VELDRA_EXPORT ClsidLookup
 {
 public:
     // The CLSID registered for a ProgID, or an empty text. A miss is not cached, so a class

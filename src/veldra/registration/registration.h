@@ -1,5 +1,7 @@
 #pragma once
 
+#include "veldra/veldra_export.h"
+
 #include <QStringList>
 
 namespace tessaly {
@@ -11,7 +13,7 @@ namespace veldra {
 // The library's entries in the registry: one ProgID -> CLSID key per class the framework
 // creates or stores. Identifiers are derived from the ProgIDs (name-based UUIDs), so
 // registering twice, or on another machine, gives the same answers.
-class Registration
+class VELDRA_EXPORT Registration
 {
 public:
     static QStringList progIds();

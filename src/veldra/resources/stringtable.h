@@ -1,5 +1,7 @@
 #pragma once
 
+#include "veldra/veldra_export.h"
+
 #include <QList>
 #include <QString>
 
@@ -15,7 +17,7 @@ enum class StringId : int {
 
 enum class Language { English, Japanese };
 
-class StringTable
+class VELDRA_EXPORT StringTable
 {
 public:
     // The language of the texts: VELDRA_LANG=en|ja when set, otherwise the locale's.

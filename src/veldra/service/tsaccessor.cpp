@@ -12,15 +12,6 @@ namespace veldra {
 using tessaly::NameMap;
 
 namespace {
-// A field's value as the service's response writer wrote it: text XML cannot carry (control
-// characters, bytes that are not UTF-8) comes in base64.
-QString fieldValue(const QDomElement &field)
-{
-    if (field.attribute(QStringLiteral("encoding")) == u"base64")
-        return QString::fromUtf8(QByteArray::fromBase64(field.text().toLatin1()));
-    return field.text();
-}
-
 bool hasEntries(const TSAccessor::NameMapRef &map)
 {
     return map && !map->isEmpty();
@@ -29,6 +20,15 @@ bool hasEntries(const TSAccessor::NameMapRef &map)
 TSAccessor::NameMapRef storedMap(const NameMap &map, const QString &key)
 {
     return map.object<NameMap>(key);
+}
+
+// The service sends in base64 what XML cannot carry (a BLOB, text with control characters);
+// the value is the text those bytes spell.
+QString fieldText(const QDomElement &field)
+{
+    if (field.attribute(QStringLiteral("encoding")) == u"base64")
+        return QString::fromUtf8(QByteArray::fromBase64(field.text().toLatin1()));
+    return field.text();
 }
 } // namespace
 
@@ -285,9 +285,9 @@ TSAccessor::NameMapRef TSAccessor::ReadKeyValueList(const QDomNode &start, const
                 continue;
             // Key first: when both columns are one, the field fills only the key.
             if (name == keyCol)
-                key = fieldValue(field);
+                key = fieldText(field);
             else if (name == valCol)
-                display = fieldValue(field);
+                display = fieldText(field);
         }
         if (key.isEmpty())
             continue;

@@ -3,6 +3,7 @@
 #include "tessaly/namemap.h"
 #include "tessaly/serviceproxy.h"
 #include "veldra/service/databaseerrorreport.h"
+#include "veldra/veldra_export.h"
 
 #include <QDomElement>
 #include <QHash>
@@ -25,7 +26,7 @@ class dbInfo;
 // Results that can be "nothing" are null pointers: every query yields nothing while tsProxy is
 // unset, and a failed request yields nothing after recording its error number in LastError()
 // and handing it to the error reporter (navigation requests only).
-class TSAccessor
+class VELDRA_EXPORT TSAccessor
 {
 public:
     using NameMapRef = std::shared_ptr<tessaly::NameMap>;

@@ -126,7 +126,7 @@ ColumnPage::ColumnPage(WizardState &state, QWidget *parent)
     m_removeAction->setObjectName(QStringLiteral("RemoveSelectionAction"));
     // The display name takes what the alias and the type leave, and is never cut short: a
     // longer one widens its column and the list scrolls sideways (see fillSelectList).
-    const int averageChar = m_selectList->fontMetrics().averageCharWidth();
+    const int averageChar = m_selectList->fontMetrics().horizontalAdvance(QLatin1Char('x'));
     QHeaderView *header = m_selectList->header();
     header->setSectionResizeMode(TypeColumn, QHeaderView::ResizeToContents);
     header->resizeSection(AliasColumn, averageChar * 12);

@@ -17,6 +17,7 @@
 #include <QDialogButtonBox>
 #include <QKeyEvent>
 #include <QPushButton>
+#include <QScreen>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
@@ -77,9 +78,14 @@ frmWizard::frmWizard(QWidget *parent) : QDialog(parent)
 
     load();
     moveToStep(WizardState::DatabaseStep);
-    // Room for a statement's longer lines and a screenful of tables, in any font.
+    // Room for a statement's longer lines and a screenful of tables, in any font (measured in
+    // Latin letters: statements are mostly Latin, and a font with Japanese glyphs averages twice
+    // as wide), within the screen.
     const QFontMetrics metrics = fontMetrics();
-    resize(QSize(metrics.averageCharWidth() * 150, metrics.lineSpacing() * 28).expandedTo(sizeHint()));
+    QSize wanted = QSize(metrics.horizontalAdvance(QLatin1Char('x')) * 150, metrics.lineSpacing() * 28).expandedTo(sizeHint());
+    if (const QScreen *screen = this->screen())
+        wanted = wanted.boundedTo(screen->availableGeometry().size() * 9 / 10);
+    resize(wanted);
 }
 
 frmWizard::~frmWizard()

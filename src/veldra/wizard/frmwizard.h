@@ -1,5 +1,6 @@
 #pragma once
 
+#include "veldra/veldraui_export.h"
 #include "veldra/wizard/wizardstate.h"
 
 #include <QDialog>
@@ -17,7 +18,7 @@ class WizardPage;
 // Quit below them. The form outlives one editing session: a host creates it once and calls
 // StartWizard for each edit, so the accessor and its cache of the database structure survive
 // between sessions.
-class frmWizard : public QDialog
+class VELDRAUI_EXPORT frmWizard : public QDialog
 {
     Q_OBJECT
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "veldra/veldra_export.h"
+
 #include <QString>
 
 #include <array>
@@ -27,7 +29,7 @@ class WizardStep;
 // component model that receives the result, the working copy of the definition, the one
 // accessor of the form's life, the current step, and the six steps, each with its own choices
 // and its own rule for Next.
-class WizardState
+class VELDRA_EXPORT WizardState
 {
 public:
     enum Step : int {

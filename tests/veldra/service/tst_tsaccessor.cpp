@@ -180,13 +180,16 @@ void tst_TSAccessor::keyValuesAreAskedGroupedAndReadByFieldName_data()
     QTest::addColumn<QString>("valCol");
     QTest::addColumn<QString>("records");
     QTest::addColumn<QStringList>("pairs");
-    // Records written "name=value,name=value;...".
+    // Records written "name=value,name=value;..."; a value "b64:..." is sent base64-encoded.
     const auto row = [](const char *name, const QString &valCol, const QString &records, const QStringList &pairs) {
         QString xml;
         for (const QString &record : records.split(';')) {
             xml += "<record>";
-            for (const QString &field : record.split(','))
-                xml += "<field name=\"" + field.section('=', 0, 0) + "\">" + field.section('=', 1) + "</field>";
+            for (const QString &field : record.split(',')) {
+                const QString value = field.section('=', 1);
+                xml += "<field name=\"" + field.section('=', 0, 0) + "\""
+                        + (value.startsWith("b64:") ? " encoding=\"base64\">" + value.mid(4) : '>' + value) + "</field>";
+            }
             xml += "</record>";
         }
         QTest::newRow(name) << valCol << xml << pairs;
@@ -201,6 +204,8 @@ void tst_TSAccessor::keyValuesAreAskedGroupedAndReadByFieldName_data()
         "code=N,name=North;code=S,name=South;code=N,name=Nord", { "N=Nord", "S=South" });
     row("other fields ignored, a later one of the same name overwrites", "name",
         "other=x,code=N,name=North,name=Norte", { "N=Norte" });
+    // What XML cannot carry comes in base64: the values are the text it spells.
+    row("base64 values decoded", "name", "code=b64:TgE=,name=b64:5p2x", { QString("N\u0001=\u6771") });
 }
 
 void tst_TSAccessor::keyValuesAreAskedGroupedAndReadByFieldName()
