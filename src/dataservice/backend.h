@@ -35,6 +35,8 @@ public:
     virtual QList<StructureItem> columns(const QString &catalog, const QString &table) = 0;
     // Runs the record request as one read-only SELECT and hands the rows to the sink as they arrive.
     virtual void select(const Request &request, RowSink &sink) = 0;
+    // Whether the connection may serve another request (a pool keeps it): open and idle.
+    virtual bool reusable() const { return true; }
 
 protected:
     // The single SELECT for a record request, its clauses checked.

@@ -227,6 +227,11 @@ void PostgresBackend::checkRole()
         refuseRole(role, QStringLiteral("may write: %1").arg(QString::fromUtf8(PQgetvalue(result.get(), 0, 4))));
 }
 
+bool PostgresBackend::reusable() const
+{
+    return m_conn && PQstatus(m_conn) == CONNECTION_OK && PQtransactionStatus(m_conn) == PQTRANS_IDLE;
+}
+
 PostgresBackend::~PostgresBackend()
 {
     PQfinish(m_conn);

@@ -27,6 +27,7 @@ public:
     QList<StructureItem> tables(const QString &catalog) override;
     QList<StructureItem> columns(const QString &catalog, const QString &table) override;
     void select(const Request &request, RowSink &sink) override;
+    bool reusable() const override;
 
 private:
     using Result = std::unique_ptr<pg_result, void (*)(pg_result *)>;
