@@ -10,6 +10,7 @@
 #include "host/jsonprinter.h"
 #include "host/rowoutput.h"
 #include "tessaly/error.h"
+#include "tessaly/modelhost.h"
 #include "tessaly/namemap.h"
 #include "tessaly/variant.h"
 #include "veldra/component/padlayout.h"
@@ -83,12 +84,29 @@ ComponentRunner::ComponentRunner(const dataservice::DataService &service) : m_se
 
 ComponentRunner::~ComponentRunner() = default;
 
-host::ComponentSession &ComponentRunner::session(const ComponentFile &file)
+host::ComponentSession &ComponentRunner::session(const ComponentFile &file, const Inputs &inputs)
 {
-    // A fresh session each time: what one request set never reaches the next.
-    m_session = std::make_unique<host::ComponentSession>();
-    m_session->load(file.bytes, file.name + QLatin1String(ComponentDirectory::Suffix));
-    return *m_session;
+    Kept &kept = m_kept[file.name];
+    if (!kept.session || kept.version != file.version) {
+        kept = Kept();
+        auto session = std::make_shared<host::ComponentSession>();
+        session->load(file.bytes, file.name + QLatin1String(ComponentDirectory::Suffix));
+        for (const QString &name : host::inputNames(session->host()))
+            kept.saved.insert(name, session->host().slotValue(name));
+        kept.session = std::move(session);
+        kept.version = file.version;
+    }
+    tessaly::ModelHost &host = kept.session->host();
+    QStringList touched;
+    for (const auto &input : inputs)
+        touched.append(input.first);
+    for (const QString &name : std::as_const(kept.touched)) {
+        const auto saved = kept.saved.constFind(name);
+        if (!touched.contains(name) && saved != kept.saved.cend())
+            host.setSlotValue(name, *saved);
+    }
+    kept.touched = touched; // marked before they are set: a refused value may leave a slot changed
+    return *kept.session;
 }
 
 QJsonObject ComponentRunner::describe(const ComponentFile &file)
@@ -159,7 +177,7 @@ void ComponentRunner::rows(const ComponentFile &file, const Inputs &inputs, Form
 {
     host::CurrentRequest request;
     try {
-        host::ComponentSession &component = session(file);
+        host::ComponentSession &component = session(file, inputs);
         for (const auto &[name, value] : inputs)
             component.setInput(name, value);
         request = component.request();

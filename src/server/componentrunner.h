@@ -5,6 +5,8 @@
 #include <QList>
 #include <QPair>
 #include <QString>
+#include <QStringList>
+#include <QVariant>
 
 #include <memory>
 
@@ -42,10 +44,21 @@ public:
     void statement(const ComponentFile &file, Answer &answer);
 
 private:
-    host::ComponentSession &session(const ComponentFile &file);
+    // A session kept per component and loaded once per version of its file. What one request
+    // set is put back to the document's values before the next, so no request sees another's.
+    struct Kept
+    {
+        quint64 version = 0;
+        std::shared_ptr<host::ComponentSession> session;
+        QHash<QString, QVariant> saved; // each input's value in the document
+        QStringList touched;            // inputs the last request set
+    };
+
+    // The component as saved, with the inputs the request is about to set marked as touched.
+    host::ComponentSession &session(const ComponentFile &file, const Inputs &inputs = {});
 
     const dataservice::DataService &m_service;
-    std::unique_ptr<host::ComponentSession> m_session;
+    QHash<QString, Kept> m_kept;
 };
 
 } // namespace server

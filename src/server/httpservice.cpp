@@ -144,6 +144,7 @@ public:
     WorkerPool &workers;
     httplib::Server http;
     int port = 0;
+    socket_t listening = INVALID_SOCKET;
     std::atomic<bool> draining{ false };
     std::mutex liveMutex;
     std::set<std::shared_ptr<Answer>> live;
@@ -302,6 +303,11 @@ void HttpService::Private::setUp()
                              QStringLiteral("Nothing is served at %1.").arg(fromStd(req.path)) });
     });
     http.set_default_headers({ { "X-Content-Type-Options", "nosniff" } });
+    http.set_socket_options([this](socket_t socket) {
+        const int on = 1;
+        ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+        listening = socket;
+    });
 
     const auto servePage = [this](const httplib::Request &, httplib::Response &res) {
         res.set_header("Content-Security-Policy", "default-src 'self'; img-src 'self' data:; style-src 'self'");
@@ -310,6 +316,7 @@ void HttpService::Private::setUp()
     };
     http.Get("/", servePage);
     http.Get(R"(/components/([^/]+))", servePage);
+    http.Get("/favicon.ico", [](const httplib::Request &, httplib::Response &res) { res.status = 204; });
     http.Get("/assets/app.js", [this](const httplib::Request &, httplib::Response &res) {
         res.set_header("Cache-Control", "no-cache");
         res.set_content(script, "text/javascript; charset=utf-8");
@@ -393,8 +400,13 @@ bool HttpService::bind(QString *why)
         d->port = d->http.bind_to_any_port(address);
     else
         d->port = d->http.bind_to_port(address, d->options.port) ? d->options.port : -1;
-    if (d->port > 0)
+    if (d->port > 0) {
+        // The library listens with a backlog of 5: many clients connecting at once would wait
+        // a second for the kernel to retry. Listening again on Linux only sets the backlog.
+        if (d->listening != INVALID_SOCKET)
+            ::listen(d->listening, SOMAXCONN);
         return true;
+    }
     *why = QStringLiteral("cannot listen on %1 port %2 (in use, or not an address of this machine)")
                    .arg(d->options.address).arg(d->options.port);
     return false;

@@ -280,7 +280,7 @@ class ComponentPage {
       return;
     }
     const chart = this.chart;
-    if (chart.label === null || !columns[chart.label] || numeric[chart.label]) chart.label = labels.length ? labels[0] : -1;
+    if (chart.label === null || !columns[chart.label] || numeric[chart.label]) chart.label = mostTelling(labels, rows);
     if (!chart.series || chart.series.some((i) => !numeric[i])) chart.series = values.slice(-1);
     const redraw = () => this.drawChart();
 
@@ -328,6 +328,16 @@ class ComponentPage {
     link.remove();
     setTimeout(() => URL.revokeObjectURL(url), 10000);
   }
+}
+
+// The label column that tells the rows apart best: the most distinct values, the first on a tie.
+function mostTelling(labels, rows) {
+  let best = -1, most = 0;
+  for (const column of labels) {
+    const distinct = new Set(rows.slice(0, CHART_ROWS).map((row) => formatLabel(row[column]))).size;
+    if (distinct > most) { best = column; most = distinct; }
+  }
+  return best;
 }
 
 function formatLabel(value) {
