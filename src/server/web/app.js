@@ -239,10 +239,14 @@ class ComponentPage {
     }
   }
 
+  // Rows of other inputs would mislead under the message: they go.
   showProblem(text) {
     this.problem.textContent = text;
     this.problem.hidden = false;
     this.status.textContent = "No rows";
+    this.result = null;
+    this.tableArea.replaceChildren();
+    this.chartArea.replaceChildren(element("p", { class: "empty", text: "No rows to chart." }));
   }
 
   drawTable() {
@@ -354,8 +358,10 @@ function ticks(low, high) {
   const step = [1, 2, 2.5, 5, 10].map((f) => f * power).find((s) => s >= rough);
   const first = Math.floor(low / step) * step;
   const marks = [];
-  for (let v = first; v <= high + step * 0.5; v += step) marks.push(Number(v.toPrecision(12)));
-  return marks;
+  for (let v = first; ; v += step) {
+    marks.push(Number(v.toPrecision(12)));
+    if (v >= high) return marks;
+  }
 }
 
 function shortNumber(value) {
