@@ -504,7 +504,17 @@ void PostgresBackend::stream(const QString &sql, const QString &fields, qint64 l
 void PostgresBackend::select(const Request &request, RowSink &sink)
 {
     const QString sql = buildStatement(request, SqlClause::Dialect::PostgreSQL);
-    checkStatement(sql, request.catalog);
+    // Long enough for a dashboard's repeated requests, short enough that a change of the
+    // database's objects is seen soon; never more than a few hundred statements held.
+    constexpr auto CheckedFor = std::chrono::seconds(60);
+    const QString key = request.catalog + u'\n' + sql;
+    const auto checked = m_checked.constFind(key);
+    if (checked == m_checked.cend() || Clock::now() - *checked > CheckedFor) {
+        checkStatement(sql, request.catalog);
+        if (m_checked.size() >= 256)
+            m_checked.clear();
+        m_checked.insert(key, Clock::now());
+    }
     startReadOnly(request.catalog);
     stream(sql, request.fields, fetchLimit(request), sink);
     command(QStringLiteral("ROLLBACK"));

@@ -3,6 +3,9 @@
 #include "backend.h"
 
 #include <QByteArrayList>
+#include <QHash>
+
+#include <chrono>
 
 #include <memory>
 
@@ -45,6 +48,9 @@ private:
     [[noreturn]] void failWith(pg_result *result, const QString &what) const;
 
     pg_conn *m_conn = nullptr;
+    // Statements (catalog and text) this connection checked lately, and when: a pooled
+    // connection asked the same statement again skips the check for CheckedFor.
+    QHash<QString, std::chrono::steady_clock::time_point> m_checked;
 };
 
 } // namespace dataservice

@@ -10,7 +10,6 @@ constexpr std::chrono::milliseconds WriteInterval(100);
 
 RowOutput::RowOutput(bool interactive) : m_interactive(interactive)
 {
-    m_buffer.reserve(BufferSize + 4096);
 }
 
 RowOutput::~RowOutput() = default;

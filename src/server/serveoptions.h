@@ -14,7 +14,7 @@ struct ServeOptions
     QString address = QStringLiteral("127.0.0.1");
     int port = DefaultPort;                       // 0: any free port (tests)
     QString tokenFile;                            // empty: the default file, created when missing
-    int workers = 4;                              // requests answered at once
+    int workers = 8;                              // requests answered at once
     int queue = 64;                               // requests waiting for a worker; more get 503
     int connections = 128;                        // connections served at once
     int readTimeoutSeconds = 10;                  // each read of a request's head

@@ -195,7 +195,7 @@ const Entry entries[] = {
     { CliText::ServePortOption, u"listen on PORT (default 8790; 0 takes a free one)", u"PORT で待ち受ける（既定は 8790。0 で空きポート）" },
     { CliText::ServeTokenFileOption, u"the file that holds the token (default ~/.config/veldra/serve.token, made when missing)",
       u"トークンのファイル（既定は ~/.config/veldra/serve.token。なければ作成）" },
-    { CliText::ServeWorkersOption, u"answer N requests at once (default 4)", u"同時に N 件の要求に応答する（既定は 4）" },
+    { CliText::ServeWorkersOption, u"answer N requests at once (default 8)", u"同時に N 件の要求に応答する（既定は 8）" },
     { CliText::ServeAccessLogOption, u"append the access log to FILE instead of standard error",
       u"アクセスログを標準エラーではなく FILE に追記する" },
     { CliText::ServeUsage, u"give one DIR, or directory= in the file of --config (see veldra serve --help)",
