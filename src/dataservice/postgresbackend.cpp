@@ -322,16 +322,17 @@ QList<StructureItem> PostgresBackend::columns(const QString &catalog, const QStr
     return items;
 }
 
-// search_path, timeouts and memory for the transaction that is open; the values go as
-// parameters, never into the statement text.
-void PostgresBackend::setLimits(const QString &catalog)
+// search_path, timeouts and memory for the transaction that is open (local) or for the
+// session; the values go as parameters, never into the statement text.
+void PostgresBackend::setLimits(const QString &catalog, bool local)
 {
+    const QString scope = local ? QStringLiteral("true") : QStringLiteral("false");
     const QByteArray path = (QStringLiteral("pg_catalog, ") + quoteIdentifier(catalog) + QStringLiteral(", pg_temp"))
                                 .toUtf8();
-    exec(QStringLiteral("SELECT pg_catalog.set_config('search_path', $1, true), "
-                        "pg_catalog.set_config('statement_timeout', $2, true), "
-                        "pg_catalog.set_config('work_mem', $3, true), "
-                        "pg_catalog.set_config('standard_conforming_strings', 'on', true)"),
+    exec(QStringLiteral("SELECT pg_catalog.set_config('search_path', $1, %1), "
+                        "pg_catalog.set_config('statement_timeout', $2, %1), "
+                        "pg_catalog.set_config('work_mem', $3, %1), "
+                        "pg_catalog.set_config('standard_conforming_strings', 'on', %1)").arg(scope),
          {path, QByteArray::number(m_dataSource.timeoutMs), m_dataSource.workMem.toUtf8()});
     // Only a superuser, or a role granted SET on it, may lower temp_file_limit; a role whose
     // own setting is already as low needs neither.
@@ -341,7 +342,8 @@ void PostgresBackend::setLimits(const QString &catalog)
         "s.setting FROM pg_catalog.pg_settings s WHERE s.name = 'temp_file_limit'"), {tempLimit});
     if (PQntuples(current.get()) != 1 || !isTrue(current.get(), 0))
         return;
-    Result set(PQexecParams(m_conn, "SELECT pg_catalog.set_config('temp_file_limit', $1, true)", 1, nullptr,
+    Result set(PQexecParams(m_conn, local ? "SELECT pg_catalog.set_config('temp_file_limit', $1, true)"
+                                          : "SELECT pg_catalog.set_config('temp_file_limit', $1, false)", 1, nullptr,
                             std::array<const char *, 1>{tempLimit.constData()}.data(), nullptr, nullptr, 0),
                clearResult);
     if (PQresultStatus(set.get()) == PGRES_TUPLES_OK)
@@ -356,10 +358,17 @@ void PostgresBackend::setLimits(const QString &catalog)
                                   errorText(set.get(), m_conn)));
 }
 
+// The session is made read-only under the data source's limits once per catalog, so that each
+// statement then runs alone in its own read-only transaction: one round trip for a request on
+// a kept connection instead of four or more.
 void PostgresBackend::startReadOnly(const QString &catalog)
 {
-    command(QStringLiteral("BEGIN TRANSACTION READ ONLY"));
-    setLimits(catalog);
+    if (m_sessionCatalog == catalog)
+        return;
+    m_sessionCatalog.reset();
+    command(QStringLiteral("SET SESSION CHARACTERISTICS AS TRANSACTION READ ONLY"));
+    setLimits(catalog, false);
+    m_sessionCatalog = catalog;
 }
 
 // The engine parses the statement into a temporary view, in a transaction that is rolled
@@ -517,7 +526,6 @@ void PostgresBackend::select(const Request &request, RowSink &sink)
     }
     startReadOnly(request.catalog);
     stream(sql, request.fields, fetchLimit(request), sink);
-    command(QStringLiteral("ROLLBACK"));
 }
 
 } // namespace dataservice

@@ -6,6 +6,7 @@
 #include <QHash>
 
 #include <chrono>
+#include <optional>
 
 #include <memory>
 
@@ -18,8 +19,8 @@ namespace dataservice {
 // one command per call, and single-row mode streams the rows. A role that could do more
 // than read is refused on connecting. Each statement is first parsed by the engine and what
 // it uses checked (relations of the catalog only, built-in functions that only compute),
-// then run in a READ ONLY transaction with the data source's limits and the catalog's
-// schema as search path.
+// then run alone in a read-only transaction, in a session made read-only with the data
+// source's limits and the catalog's schema as search path.
 class PostgresBackend : public Backend
 {
 public:
@@ -39,7 +40,7 @@ private:
     void command(const QString &sql);
     void checkRole();
     [[noreturn]] void refuseRole(const QString &role, const QString &reason) const;
-    void setLimits(const QString &catalog);
+    void setLimits(const QString &catalog, bool local = true);
     void startReadOnly(const QString &catalog);
     void checkStatement(const QString &sql, const QString &catalog);
     pg_result *receive();
@@ -51,6 +52,8 @@ private:
     // Statements (catalog and text) this connection checked lately, and when: a pooled
     // connection asked the same statement again skips the check for CheckedFor.
     QHash<QString, std::chrono::steady_clock::time_point> m_checked;
+    std::optional<QString> m_sessionCatalog; // the catalog the session's limits are set for
+
 };
 
 } // namespace dataservice
