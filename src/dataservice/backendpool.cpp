@@ -84,7 +84,9 @@ std::unique_ptr<Backend> BackendPool::lease(const DataSource &source)
     if (!entry.idle.empty()) {
         std::unique_ptr<Backend> backend = std::move(entry.idle.back());
         entry.idle.pop_back();
-        return std::make_unique<Leased>(*this, key, std::move(backend));
+        if (backend->reusable())
+            return std::make_unique<Leased>(*this, key, std::move(backend));
+        --entry.open; // gone stale while idle (a replaced file): a new one takes its place
     }
     ++entry.open; // counted before opening, so that no more than pool_size open at once
     lock.unlock();

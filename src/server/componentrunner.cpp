@@ -86,6 +86,8 @@ ComponentRunner::~ComponentRunner() = default;
 
 host::ComponentSession &ComponentRunner::session(const ComponentFile &file, const Inputs &inputs)
 {
+    if (m_kept.size() > 256 && !m_kept.contains(file.name))
+        m_kept.clear(); // documents come and go; a worker does not hold on to all it ever saw
     Kept &kept = m_kept[file.name];
     if (!kept.session || kept.version != file.version) {
         kept = Kept();

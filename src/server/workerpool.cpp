@@ -18,10 +18,12 @@ WorkerPool::~WorkerPool()
 bool WorkerPool::submit(Job job)
 {
     {
-        std::lock_guard lock(m_mutex);
+        std::unique_lock lock(m_mutex);
         // A job waits only while every worker is busy, so the queue counts those beyond them.
-        const size_t waiting = m_jobs.size() + size_t(m_running);
-        if (m_stopping || waiting >= m_capacity + m_threads.size())
+        // A worker that has just answered may not have counted itself free yet: a full pool
+        // is given a moment before the job is refused.
+        const auto room = [&] { return m_stopping || m_jobs.size() + size_t(m_running) < m_capacity + m_threads.size(); };
+        if (!m_room.wait_for(lock, std::chrono::milliseconds(50), room) || m_stopping)
             return false;
         m_jobs.push_back({ std::move(job), std::chrono::steady_clock::now() });
     }
@@ -76,6 +78,7 @@ void WorkerPool::work(RunnerFactory factory)
             if (m_jobs.empty() && m_running == 0)
                 m_idle.notify_all();
         }
+        m_room.notify_one();
     }
 }
 

@@ -46,6 +46,7 @@ private:
     mutable std::mutex m_mutex;
     std::condition_variable m_wake;
     std::condition_variable m_idle;
+    std::condition_variable m_room;
     std::deque<Queued> m_jobs;
     int m_running = 0;
     bool m_stopping = false;

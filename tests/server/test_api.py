@@ -245,6 +245,18 @@ class Api(unittest.TestCase):
         os.remove(added)
         self.assertTrue(self.eventually(lambda: self.server.rows("added")[0] == 404))
 
+    def test_a_database_file_replaced_or_changed_while_running_is_read_anew(self):
+        big = os.path.join(self.fixture.root, "big.db")
+        first = [("@@@From", "1"), ("format", "csv")]
+        self.assertTrue(self.server.rows("big", first)[2].startswith(b"i,label\r\n1,row number 1\r\n"))
+        subprocess.run(["sqlite3", big, "UPDATE big SET label = 'changed' WHERE i = 1"], check=True)
+        self.assertIn(b"\r\n1,changed\r\n", self.server.rows("big", first)[2])
+        replacement = big + ".new"
+        subprocess.run(["sqlite3", replacement, "CREATE TABLE big (i INTEGER, label TEXT, extra TEXT); "
+                        "INSERT INTO big VALUES (1, 'replaced', 'x')"], check=True)
+        os.replace(replacement, big)
+        self.assertEqual(self.server.rows("big", first)[2], b"i,label\r\n1,replaced\r\n")
+
     def test_postgresql_never_holds_more_connections_than_its_pool(self):
         if not self.fixture.pg:
             self.skipTest("no PostgreSQL server (see tests/dataservice/pgserver.sh)")

@@ -4,6 +4,7 @@ and chart, and both following a change of input. Screenshots go to the build fol
 
 import argparse
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -33,7 +34,7 @@ class Page(unittest.TestCase):
         env = dict(os.environ, XDG_CONFIG_HOME=os.path.join(cls.root, "config"), VELDRA_SAMPLE_DB=ARGS.sample_db)
         cls.server = subprocess.Popen([ARGS.veldra, "serve", folder, "--port", "0", "--access-log", os.devnull],
                                       stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, env=env)
-        cls.url = cls.server.stdout.readline().split(" at ")[1].strip()
+        cls.url = re.search(r"http://\S+/", cls.server.stdout.readline()).group(0)
         with open(os.path.join(cls.root, "config", "veldra", "serve.token")) as file:
             cls.token = file.read().strip()
         options = webdriver.ChromeOptions()

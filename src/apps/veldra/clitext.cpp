@@ -184,7 +184,7 @@ const Entry entries[] = {
       u"Serves every component document (*.component.xml) of DIR over HTTP: a web page at / and an API under "
       u"/api that needs the token (Authorization: Bearer). Documents added, changed or removed are seen "
       u"without a restart. See docs/http.md.",
-      u"DIR のすべてのコンポーネント文書（*.component.xml）を HTTP で提供します。/ に Web ページ、/api に "
+      u"DIR のすべてのコンポーネント文書（*.component.xml）を HTTP で提供します。/ に Web ページ、/api に"
       u"トークン（Authorization: Bearer）が必要な API があります。追加・変更・削除された文書は再起動せずに"
       u"反映されます。docs/http.md を参照してください。" },
     { CliText::ServeDirArgument, u"the folder of component documents (or directory= in the configuration)",
@@ -205,7 +205,8 @@ const Entry entries[] = {
       u"or token_file= in the configuration)",
       u"%1 はループバックアドレスではありません。このマシンの外に提供するには、自分で用意したトークンファイル"
       u"（--token-file または設定の token_file=）が必要です" },
-    { CliText::ServeListening, u"serving %1 components of %2 at %3", u"%2 の %1 個のコンポーネントを %3 で提供しています" },
+    { CliText::ServeListening, u"serving the components of %2 at %3 (%1 found)",
+      u"%2 のコンポーネントを %3 で提供しています（現在 %1 個）" },
     { CliText::ServeTokenAt, u"the API needs the token in %1 (Authorization: Bearer TOKEN)",
       u"API には %1 のトークンが必要です（Authorization: Bearer トークン）" },
     { CliText::ServeStopping, u"stopping: answers in flight have %1 s to finish",
