@@ -200,6 +200,8 @@ SqliteBackend::SqliteBackend(DataSource dataSource)
 
 SqliteBackend::~SqliteBackend()
 {
+    for (sqlite3_stmt *version : m_versionQueries)
+        sqlite3_finalize(version);
     sqlite3_close_v2(m_db);
 }
 
@@ -260,15 +262,21 @@ bool SqliteBackend::reusable() const
 
 void SqliteBackend::forgetChangedStructure()
 {
+    if (m_versionQueries.empty()) {
+        QStringList schemas{QStringLiteral("main")};
+        for (const auto &attachment : m_dataSource.attachments)
+            schemas.append(attachment.first);
+        for (const QString &schema : schemas)
+            m_versionQueries.push_back(prepareOwn(QStringLiteral("PRAGMA %1.data_version").arg(quoteIdentifier(schema))));
+    }
     QByteArray versions;
-    QStringList schemas{QStringLiteral("main")};
-    for (const auto &attachment : m_dataSource.attachments)
-        schemas.append(attachment.first);
-    for (const QString &schema : schemas) {
-        Statement version(prepareOwn(QStringLiteral("PRAGMA %1.data_version").arg(quoteIdentifier(schema))));
-        if (sqlite3_step(version.get()) != SQLITE_ROW)
+    for (sqlite3_stmt *version : m_versionQueries) {
+        const bool read = sqlite3_step(version) == SQLITE_ROW;
+        const sqlite3_int64 number = read ? sqlite3_column_int64(version, 0) : 0;
+        sqlite3_reset(version);
+        if (!read)
             fail(ErrorNumber::DatabaseError, QStringLiteral("Reading the structure failed"));
-        versions += QByteArray::number(sqlite3_column_int64(version.get(), 0)) + ',';
+        versions += QByteArray::number(number) + ',';
     }
     if (versions == m_dataVersions)
         return;

@@ -8,6 +8,7 @@
 #include <QSet>
 
 #include <memory>
+#include <vector>
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -58,6 +59,7 @@ private:
     // What a kept connection read of sqlite_master, per catalog, and the files' data versions
     // it was read at; a request on a kept connection need not read the structure again.
     QByteArray m_dataVersions;
+    std::vector<sqlite3_stmt *> m_versionQueries; // PRAGMA data_version per file, kept prepared
     QHash<QString, QList<StructureItem>> m_tables;
     QHash<QString, QSet<QByteArray>> m_unqualifiedNames;
 };
