@@ -254,9 +254,10 @@ void HttpService::Private::answer(httplib::Response &res, std::function<void(Com
                 sink.done();
                 return true;
             },
-            [this, answer](bool success) {
-                if (!success)
-                    answer->cancel();
+            [this, answer](bool) {
+                // Whatever the worker still has to write goes nowhere now (a client gone, a
+                // HEAD request that reads no body): it stops at its next write.
+                answer->cancel();
                 std::lock_guard lock(liveMutex);
                 live.erase(answer);
             });

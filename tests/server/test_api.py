@@ -331,6 +331,9 @@ class Limits(unittest.TestCase):
         self.assertEqual(self.server.rows(SAMPLE)[0], 503)  # the one worker streams
         connection.close()
         self.wait_until_idle()
+        # A HEAD request reads no body at all.
+        self.assertEqual(self.server.get("/api/components/big/rows?format=csv", method="HEAD")[0], 200)
+        self.wait_until_idle()
 
     def test_overload_gets_503_with_retry_after(self):
         self.wait_until_idle()
