@@ -24,6 +24,11 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+// How long a kept connection trusts what it learnt of the database (its tables, the statements
+// it checked): long enough for a dashboard's repeated requests, short enough that a change of
+// the database's objects is seen soon.
+constexpr auto RememberFor = std::chrono::seconds(60);
+
 // How much the process may grow while one message (a row, an error) arrives, and the time
 // beyond the statement timeout an answer may take to arrive.
 constexpr qint64 GrowthLimit = 128 * 1024 * 1024;
@@ -289,6 +294,10 @@ QStringList PostgresBackend::catalogs()
 
 QList<StructureItem> PostgresBackend::tables(const QString &catalog)
 {
+    // A kept connection asks again after RememberFor, as it checks statements again.
+    const auto known = m_tables.constFind(catalog);
+    if (known != m_tables.cend() && Clock::now() - known->first <= RememberFor)
+        return known->second;
     checkCatalog(catalog);
     const Result result = exec(QStringLiteral(
         "SELECT c.relname, CASE WHEN c.relkind IN ('v', 'm') THEN 'view' ELSE 'table' END "
@@ -299,6 +308,7 @@ QList<StructureItem> PostgresBackend::tables(const QString &catalog)
     for (int row = 0; row < PQntuples(result.get()); ++row)
         items.append({QString::fromUtf8(PQgetvalue(result.get(), row, 0)),
                       QString::fromUtf8(PQgetvalue(result.get(), row, 1))});
+    m_tables.insert(catalog, {Clock::now(), items});
     return items;
 }
 
@@ -513,12 +523,10 @@ void PostgresBackend::stream(const QString &sql, const QString &fields, qint64 l
 void PostgresBackend::select(const Request &request, RowSink &sink)
 {
     const QString sql = buildStatement(request, SqlClause::Dialect::PostgreSQL);
-    // Long enough for a dashboard's repeated requests, short enough that a change of the
-    // database's objects is seen soon; never more than a few hundred statements held.
-    constexpr auto CheckedFor = std::chrono::seconds(60);
+    // Never more than a few hundred statements held.
     const QString key = request.catalog + u'\n' + sql;
     const auto checked = m_checked.constFind(key);
-    if (checked == m_checked.cend() || Clock::now() - *checked > CheckedFor) {
+    if (checked == m_checked.cend() || Clock::now() - *checked > RememberFor) {
         checkStatement(sql, request.catalog);
         if (m_checked.size() >= 256)
             m_checked.clear();

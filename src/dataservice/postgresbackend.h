@@ -50,9 +50,11 @@ private:
 
     pg_conn *m_conn = nullptr;
     // Statements (catalog and text) this connection checked lately, and when: a pooled
-    // connection asked the same statement again skips the check for CheckedFor.
+    // connection asked the same statement again skips the check for a minute.
     QHash<QString, std::chrono::steady_clock::time_point> m_checked;
     std::optional<QString> m_sessionCatalog; // the catalog the session's limits are set for
+    // The tables of each catalog as read, and when; asked again after a minute.
+    QHash<QString, std::pair<std::chrono::steady_clock::time_point, QList<StructureItem>>> m_tables;
 
 };
 
