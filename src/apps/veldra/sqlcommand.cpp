@@ -2,7 +2,9 @@
 #include "command.h"
 #include "commandinput.h"
 
+#include "dataservice/dataservice.h"
 #include "host/componentsession.h"
+#include "host/livelists.h"
 
 #include "tessaly/error.h"
 #include "tessaly/namemap.h"
@@ -51,9 +53,9 @@ int runSql(const QStringList &arguments)
     QCommandLineParser parser;
     parser.setApplicationDescription(cliText(CliText::SqlDescription));
     parser.addPositionalArgument(QStringLiteral("FILE"), cliText(CliText::FileArgument));
-    const QCommandLineOption set(QStringLiteral("set"), cliText(CliText::SetFirstOption), QStringLiteral("NAME=VALUE"));
+    const ParameterOptions options;
     const QCommandLineOption filled(QStringLiteral("filled"), cliText(CliText::FilledOption));
-    parser.addOption(set);
+    options.addTo(parser);
     parser.addOption(filled);
     if (const auto status = parseCommandLine(parser, arguments, QStringLiteral("sql")))
         return *status;
@@ -62,9 +64,11 @@ int runSql(const QStringList &arguments)
         return exitcode::badInput;
     }
     const QString fileName = parser.positionalArguments().constFirst();
+    const auto service = std::make_shared<const dataservice::DataService>();
+    host::LiveLists lists(service);
     host::ComponentSession session;
     loadDocument(session, fileName);
-    applyAssignments(session, parser.values(set));
+    applyParameterOptions(session, parser, options, QStringLiteral("sql"), lists, *service);
     const auto query = session.definition();
     if (parser.isSet(filled)) {
         // A statement with a hole where a value goes is no statement that runs.
