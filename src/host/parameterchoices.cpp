@@ -80,6 +80,8 @@ void ParameterChoices::choose(const QString &reference, const QStringList &value
         throw tessaly::Error(tessaly::ErrorNumber::InvalidArgument, hostText(HostText::OneValueOnly).arg(reference));
     QStringList literals;
     for (const QString &value : values) {
+        if (value.trimmed().isEmpty())
+            continue; // nothing chosen: the parameter is named as missing, never "IN ()"
         const QString literal = literalFor(reference, value);
         if (!literals.contains(literal))
             literals.append(literal);
