@@ -1,7 +1,10 @@
-// Feeds arbitrary bytes to what reads hostile text first: the request parser and the
-// clause check. The first byte picks the target. A clause the check accepts for SQLite must
-// also stay one statement when SQLite reads it in its place: nothing may follow it.
+// Feeds arbitrary bytes to what reads hostile text first: the request parser, the clause
+// check, and the field list with the aliases it resolves in a condition. The first byte picks
+// the target. A clause the check accepts for SQLite must also stay one statement when SQLite
+// reads it in its place: nothing may follow it. A condition whose aliases were resolved must
+// pass the check when the field list and the condition did.
 
+#include <dataservice/fieldlist.h>
 #include <dataservice/request.h>
 #include <dataservice/sqlclause.h>
 
@@ -37,13 +40,20 @@ bool blank(const char *tail)
     return true;
 }
 
-void checkClause(const QString &text, SqlClause::Dialect dialect)
+bool accepted(const QString &text, SqlClause::Dialect dialect)
 {
     try {
         SqlClause(QStringLiteral("condition"), text, dialect).check();
+        return true;
     } catch (const tessaly::Error &) {
-        return; // refused: nothing more to see
+        return false;
     }
+}
+
+void checkClause(const QString &text, SqlClause::Dialect dialect)
+{
+    if (!accepted(text, dialect))
+        return; // refused: nothing more to see
     if (dialect != SqlClause::Dialect::SQLite)
         return;
     const QByteArray sql = "SELECT a FROM t WHERE (" + text.toUtf8() + ")\nLIMIT 5";
@@ -56,6 +66,25 @@ void checkClause(const QString &text, SqlClause::Dialect dialect)
     sqlite3_finalize(statement);
 }
 
+// The bytes before the first NUL are the field list, the rest the condition; every name is
+// taken for a real column when the last byte is odd.
+void resolveAliases(const QByteArray &bytes, SqlClause::Dialect dialect)
+{
+    const qsizetype split = bytes.indexOf('\0');
+    const QString fields = QString::fromUtf8(bytes.left(split < 0 ? bytes.size() : split));
+    const QString condition = split < 0 ? QString() : QString::fromUtf8(bytes.mid(split + 1));
+    if (!accepted(fields, dialect) || !accepted(condition, dialect))
+        return;
+    try {
+        const FieldList list(fields, dialect);
+        list.statementText();
+        const bool columns = !bytes.isEmpty() && (bytes.back() & 1);
+        if (!accepted(list.resolveAliases(condition, [columns](const QString &) { return columns; }), dialect))
+            std::abort(); // the replacement let the condition leave its place
+    } catch (const tessaly::Error &) {
+    }
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
@@ -63,7 +92,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     if (size == 0)
         return 0;
     const QByteArray bytes(reinterpret_cast<const char *>(data + 1), qsizetype(size - 1));
-    switch (data[0] % 3) {
+    switch (data[0] % 5) {
     case 0:
         try {
             Request::parse(bytes);
@@ -73,8 +102,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     case 1:
         checkClause(QString::fromUtf8(bytes), SqlClause::Dialect::SQLite);
         break;
-    default:
+    case 2:
         checkClause(QString::fromUtf8(bytes), SqlClause::Dialect::PostgreSQL);
+        break;
+    case 3:
+        resolveAliases(bytes, SqlClause::Dialect::SQLite);
+        break;
+    default:
+        resolveAliases(bytes, SqlClause::Dialect::PostgreSQL);
         break;
     }
     return 0;

@@ -3,12 +3,29 @@
 #include "errornumber.h"
 #include "messagetext.h"
 #include "request.h"
+#include "sqlclause.h"
 
 #include <tessaly/error.h>
+
+#include <QSet>
 
 #include <limits>
 
 namespace dataservice {
+
+namespace {
+
+QString asciiLower(const QString &text)
+{
+    QString lower = text;
+    for (QChar &c : lower) {
+        if (c >= u'A' && c <= u'Z')
+            c = QChar(c.unicode() + 32);
+    }
+    return lower;
+}
+
+} // namespace
 
 Backend::Backend(DataSource dataSource)
     : m_dataSource(std::move(dataSource))
@@ -40,6 +57,14 @@ void Backend::unknownTable(const QString &catalog, const QString &table) const
                              .arg(catalog, m_dataSource.name, MessageText::excerpt(table)));
 }
 
+void Backend::refuseLength(qsizetype bytes) const
+{
+    throw tessaly::Error(ErrorNumber::StatementRefused,
+                         QStringLiteral("The statement is refused: it would be %1 bytes long, more than the %2 bytes "
+                                        "(1 MB) a statement of data source %3 may have.")
+                             .arg(bytes).arg(StatementLimit).arg(m_dataSource.name));
+}
+
 qint64 Backend::fetchLimit(const Request &request) const
 {
     // One past the cap shows a cut; a cap at the largest number has nothing past it.
@@ -48,41 +73,78 @@ qint64 Backend::fetchLimit(const Request &request) const
     return request.rowCount ? std::min(*request.rowCount, pastCap) : pastCap;
 }
 
-QString Backend::buildStatement(const Request &request, SqlClause::Dialect dialect)
+// The request's tables as the catalog names them; tables are looked up and quoted, so the
+// table list cannot carry anything but names.
+QStringList Backend::tableNames(const Request &request)
 {
-    // Tables are looked up and quoted, so the table list cannot carry anything but names.
     const QList<StructureItem> known = tables(request.catalog);
-    QStringList from;
+    const Qt::CaseSensitivity cs = dialect() == SqlDialect::SQLite ? Qt::CaseInsensitive : Qt::CaseSensitive;
+    QStringList names;
     for (const QString &piece : request.table.split(u',')) {
         const QString wanted = piece.trimmed();
-        const Qt::CaseSensitivity cs = dialect == SqlClause::Dialect::SQLite ? Qt::CaseInsensitive : Qt::CaseSensitive;
         const auto found = std::find_if(known.begin(), known.end(), [&](const StructureItem &item) {
             return item.name.compare(wanted, cs) == 0;
         });
         if (found == known.end())
             unknownTable(request.catalog, wanted);
-        from.append(quoteIdentifier(request.catalog) + u'.' + quoteIdentifier(found->name));
+        names.append(found->name);
+    }
+    return names;
+}
+
+Backend::Statement Backend::buildStatement(const Request &request)
+{
+    // Each UTF-16 unit is at least one byte of UTF-8: a request this long can never fit.
+    const qsizetype units = request.fields.size() + request.condition.size() + request.group.size()
+                            + request.order.size();
+    if (units > StatementLimit)
+        refuseLength(units);
+    const SqlDialect dialect = this->dialect();
+    const QStringList tables = tableNames(request);
+    QStringList from;
+    for (const QString &table : tables)
+        from.append(quoteIdentifier(request.catalog) + u'.' + quoteIdentifier(table));
+
+    SqlClause(QStringLiteral("field list"), request.fields, dialect).check();
+    Statement statement{QString(), FieldList(request.fields, dialect)};
+    QString condition = request.condition;
+    if (!condition.trimmed().isEmpty()) {
+        // A real column of the same name is the engine's to resolve: the alias never hides it.
+        bool loaded = false;
+        QSet<QString> columnNames;
+        condition = statement.fields.resolveAliases(condition, [&](const QString &name) {
+            if (!loaded) {
+                for (const QString &table : tables) {
+                    for (const StructureItem &column : columns(request.catalog, table))
+                        columnNames.insert(dialect == SqlDialect::SQLite ? asciiLower(column.name) : column.name);
+                }
+                loaded = true;
+            }
+            return columnNames.contains(asciiLower(name));
+        });
     }
 
-    struct Clause { const char *name; const QString &text; const char *prefix; const char *suffix; };
+    struct Clause { const char *name; QString text; const char *prefix; const char *suffix; };
     const Clause clauses[] = {
-        {"field list", request.fields, "SELECT ", ""},
-        {"condition", request.condition, "\nWHERE (", ")"},
+        {"field list", statement.fields.statementText(), "SELECT ", ""},
+        {"condition", condition, "\nWHERE (", ")"},
         {"group list", request.group, "\nGROUP BY ", ""},
         {"order list", request.order, "\nORDER BY ", ""},
     };
-    QString sql;
+    QString &sql = statement.sql;
     for (const Clause &clause : clauses) {
         if (clause.text.trimmed().isEmpty())
             continue;
-        const SqlClause checked(QLatin1String(clause.name), clause.text, dialect);
-        checked.check();
+        SqlClause(QLatin1String(clause.name), clause.text, dialect).check();
         sql += QLatin1String(clause.prefix) + clause.text + QLatin1String(clause.suffix);
         if (&clause == &clauses[0])
             sql += QStringLiteral("\nFROM ") + from.join(QStringLiteral(", "));
     }
     sql += QStringLiteral("\nLIMIT ") + QString::number(fetchLimit(request));
-    return sql;
+    const qsizetype bytes = sql.toUtf8().size();
+    if (bytes > StatementLimit)
+        refuseLength(bytes);
+    return statement;
 }
 
 } // namespace dataservice

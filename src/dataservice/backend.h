@@ -1,7 +1,8 @@
 #pragma once
 
 #include "datasource.h"
-#include "sqlclause.h"
+#include "fieldlist.h"
+#include "sqllexer.h"
 
 #include <QList>
 #include <QString>
@@ -23,6 +24,10 @@ struct StructureItem
 class Backend
 {
 public:
+    // Bytes of one statement's text, on every engine: SQLite's SQLITE_LIMIT_SQL_LENGTH, and
+    // the same for PostgreSQL, whose server would parse and plan any size.
+    static constexpr qsizetype StatementLimit = 1024 * 1024;
+
     explicit Backend(DataSource dataSource);
     virtual ~Backend();
     Backend(const Backend &) = delete;
@@ -36,9 +41,20 @@ public:
     // Runs the record request as one read-only SELECT and hands the rows to the sink as they arrive.
     virtual void select(const Request &request, RowSink &sink) = 0;
 
+    // The SELECT this engine receives for the record request, built and checked as select()
+    // builds it, without running it.
+    QString statement(const Request &request) { return buildStatement(request).sql; }
+
 protected:
+    struct Statement
+    {
+        QString sql;
+        FieldList fields;
+    };
+
+    virtual SqlDialect dialect() const = 0;
     // The single SELECT for a record request, its clauses checked.
-    QString buildStatement(const Request &request, SqlClause::Dialect dialect);
+    Statement buildStatement(const Request &request);
     // Rows to ask the engine for: the request's count, or one past the cap to see a cut.
     qint64 fetchLimit(const Request &request) const;
 
@@ -48,6 +64,10 @@ protected:
     static QString quoteIdentifier(const QString &name);
 
     DataSource m_dataSource;
+
+private:
+    QStringList tableNames(const Request &request);
+    [[noreturn]] void refuseLength(qsizetype bytes) const;
 };
 
 } // namespace dataservice

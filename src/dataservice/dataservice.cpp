@@ -99,13 +99,25 @@ void DataService::answer(const QByteArray &requestXml, QIODevice *out) const
     writer.endResponse();
 }
 
-void DataService::select(const QByteArray &requestXml, RowSink &sink) const
+static Request recordRequest(const QByteArray &requestXml)
 {
-    const Request request = Request::parse(requestXml);
+    Request request = Request::parse(requestXml);
     if (request.kind != Request::Kind::Record)
         throw tessaly::Error(ErrorNumber::MalformedRequest,
                              QStringLiteral("Rows are asked for, but the request lists the structure."));
+    return request;
+}
+
+void DataService::select(const QByteArray &requestXml, RowSink &sink) const
+{
+    const Request request = recordRequest(requestXml);
     connect(request)->select(request, sink);
+}
+
+QString DataService::statement(const QByteArray &requestXml) const
+{
+    const Request request = recordRequest(requestXml);
+    return connect(request)->statement(request);
 }
 
 QByteArray DataService::answer(const QByteArray &requestXml) const

@@ -35,6 +35,12 @@ public:
     // malformed here. Throws as answer() does; whatever the sink threw passes through.
     void select(const QByteArray &requestXml, RowSink &sink) const;
 
+    // The SELECT the engine of the request's data source receives for a record request, built
+    // and checked as select() builds it (values in place, the row limit as the engine writes
+    // it, select-list aliases resolved), without running it; the engine is asked for the
+    // tables and columns the statement needs. Throws as select() does.
+    QString statement(const QByteArray &requestXml) const;
+
     const DataSourceCatalog &dataSources() const { return m_dataSources; }
 
 private:

@@ -4,6 +4,7 @@
 
 #include <QByteArrayList>
 
+#include <chrono>
 #include <memory>
 
 struct pg_conn;
@@ -16,7 +17,8 @@ namespace dataservice {
 // than read is refused on connecting. Each statement is first parsed by the engine and what
 // it uses checked (relations of the catalog only, built-in functions that only compute),
 // then run in a READ ONLY transaction with the data source's limits and the catalog's
-// schema as search path.
+// schema as search path. Everything one backend does, checks and run together, answers
+// within the data source's timeout (and a grace period for the answer to arrive).
 class PostgresBackend : public Backend
 {
 public:
@@ -31,18 +33,25 @@ public:
 private:
     using Result = std::unique_ptr<pg_result, void (*)(pg_result *)>;
 
+    SqlDialect dialect() const override { return SqlDialect::PostgreSQL; }
+    Result run(const QString &sql, const QByteArrayList &parameters = {});
     Result exec(const QString &sql, const QByteArrayList &parameters = {});
     void command(const QString &sql);
+    int remainingMs() const;
+    void limitTime();
+    void cancel();
     void checkRole();
     [[noreturn]] void refuseRole(const QString &role, const QString &reason) const;
     void setLimits(const QString &catalog);
     void startReadOnly(const QString &catalog);
     void checkStatement(const QString &sql, const QString &catalog);
+    void refuseFor(const pg_result *checked) const;
     pg_result *receive();
     [[noreturn]] void abandon(qint32 number, const QString &message);
-    void stream(const QString &sql, const QString &fields, qint64 limit, RowSink &sink);
+    void stream(const QString &sql, const FieldList &fields, qint64 limit, RowSink &sink);
     [[noreturn]] void failWith(pg_result *result, const QString &what) const;
 
+    std::chrono::steady_clock::time_point m_deadline;
     pg_conn *m_conn = nullptr;
 };
 

@@ -1,19 +1,21 @@
 #pragma once
 
+#include "sqllexer.h"
+
 #include <QString>
-#include <QStringList>
 
 namespace dataservice {
 
 // Checks one clause of a request (select list, condition, grouping, ordering) before it is
 // pasted into a statement. The text is user text and treated as hostile: it must stay inside
 // its clause, so quotes and parentheses must balance, and statement separators, comments and
-// dollar quoting are refused outright. The engines check again (one statement, read only);
-// this is the first line, and it gives the user a message that names the clause.
+// dollar quoting are refused outright. The text is read with the engine's own tokenizing rules
+// (SqlLexer). The engines check again (one statement, read only); this is the first line, and
+// it gives the user a message that names the clause.
 class SqlClause
 {
 public:
-    enum class Dialect { SQLite, PostgreSQL };
+    using Dialect = SqlDialect;
 
     SqlClause(QString name, QString text, Dialect dialect);
 
@@ -24,9 +26,7 @@ public:
 
 private:
     [[noreturn]] void refuse(const QString &reason, qsizetype position) const;
-    qsizetype skipQuoted(qsizetype start, QChar close, bool backslashEscapes) const;
-    qsizetype skipBracketed(qsizetype start) const;
-    qsizetype quotedEnd(qsizetype i) const;
+    void checkToken(const SqlToken &token, int *depth) const;
 
     QString m_name;
     QString m_text;

@@ -39,19 +39,20 @@ struct StatementDeleter
 {
     void operator()(sqlite3_stmt *statement) const { sqlite3_finalize(statement); }
 };
-using Statement = std::unique_ptr<sqlite3_stmt, StatementDeleter>;
+using Prepared = std::unique_ptr<sqlite3_stmt, StatementDeleter>;
 
 // One value, one statement's text, one LIKE or GLOB pattern: bounded, so no single call of a
 // function can build a value without end or run far past the deadline between two looks
 // at the clock.
 constexpr int LengthLimit = 8 * 1024 * 1024;
-constexpr int SqlLengthLimit = 1024 * 1024;
 constexpr int LikePatternLimit = 256;
 // The clock is read every ProgressSteps virtual machine steps: often enough that the
 // costliest single step under the limits above ends well within the time limit.
 constexpr int ProgressSteps = 100;
 // Bytes of one record's values, so a select list cannot repeat a large value without end.
 constexpr qint64 RecordLimit = 32 * 1024 * 1024;
+// SQLite's memory in the process: values, sorting and temporary tables together, since
+// temporary storage is kept in memory rather than in files without a bound.
 constexpr sqlite3_int64 HeapLimit = 256 * 1024 * 1024;
 
 // Functions a query may call: pure computations on the values it reads. Anything that
@@ -121,7 +122,14 @@ int authorize(void *context, int action, const char *third, const char *fourth, 
                              .arg(MessageText::excerpt(QString::fromUtf8(fourth)));
         return SQLITE_DENY;
     default:
-        guard->refusal = QStringLiteral("%1 is not allowed; only reading").arg(actionName(action));
+        // A table-valued function declares its table in the schema as the statement is read.
+        if ((action == SQLITE_INSERT || action == SQLITE_UPDATE) && third
+            && QByteArray(third).startsWith("sqlite_") && (QByteArray(third).endsWith("_master")
+                                                           || QByteArray(third).endsWith("_schema")))
+            guard->refusal = QStringLiteral("table-valued functions (json_each, json_tree) are not allowed; "
+                                            "only reading tables and views of the catalog");
+        else
+            guard->refusal = QStringLiteral("%1 is not allowed; only reading").arg(actionName(action));
         return SQLITE_DENY;
     }
 }
@@ -221,12 +229,16 @@ void SqliteBackend::open()
     sqlite3_db_config(m_db, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
     sqlite3_db_config(m_db, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0, nullptr);
     sqlite3_limit(m_db, SQLITE_LIMIT_LENGTH, LengthLimit);
-    sqlite3_limit(m_db, SQLITE_LIMIT_SQL_LENGTH, SqlLengthLimit);
+    sqlite3_limit(m_db, SQLITE_LIMIT_SQL_LENGTH, int(StatementLimit));
     sqlite3_limit(m_db, SQLITE_LIMIT_LIKE_PATTERN_LENGTH, LikePatternLimit);
     sqlite3_busy_timeout(m_db, m_dataSource.timeoutMs);
     m_functions = std::make_unique<SqliteFunctions>(m_db, LengthLimit);
+    // Sorts and temporary tables then count against the heap limit instead of filling the disk.
+    Prepared tempStore(prepareOwn(QStringLiteral("PRAGMA temp_store = MEMORY")));
+    if (sqlite3_step(tempStore.get()) != SQLITE_DONE)
+        fail(ErrorNumber::ConnectionFailed, QStringLiteral("The database cannot be set up"));
     // Reading the schema tells a database from any other file.
-    Statement check(prepareOwn(QStringLiteral("SELECT count(*) FROM sqlite_master")));
+    Prepared check(prepareOwn(QStringLiteral("SELECT count(*) FROM sqlite_master")));
     if (sqlite3_step(check.get()) != SQLITE_ROW)
         fail(ErrorNumber::ConnectionFailed, QStringLiteral("The file is not a readable database"));
     for (const auto &[name, path] : m_dataSource.attachments)
@@ -240,7 +252,7 @@ void SqliteBackend::attach(const QString &name, const QString &path)
                              QStringLiteral("The file %1 of catalog %2 in data source %3 does not exist.")
                                  .arg(path, name, m_dataSource.name));
     // Attached files inherit the read-only flag of the connection.
-    Statement statement(prepareOwn(QStringLiteral("ATTACH DATABASE ?1 AS ") + quoteIdentifier(name)));
+    Prepared statement(prepareOwn(QStringLiteral("ATTACH DATABASE ?1 AS ") + quoteIdentifier(name)));
     const QByteArray file = path.toUtf8();
     sqlite3_bind_text(statement.get(), 1, file.constData(), int(file.size()), SQLITE_TRANSIENT);
     if (sqlite3_step(statement.get()) != SQLITE_DONE)
@@ -258,7 +270,7 @@ sqlite3_stmt *SqliteBackend::prepareOwn(const QString &sql)
 
 QStringList SqliteBackend::catalogs()
 {
-    Statement statement(prepareOwn(QStringLiteral("PRAGMA database_list")));
+    Prepared statement(prepareOwn(QStringLiteral("PRAGMA database_list")));
     QStringList names;
     while (sqlite3_step(statement.get()) == SQLITE_ROW) {
         const QString name = columnText(statement.get(), 1);
@@ -271,10 +283,10 @@ QStringList SqliteBackend::catalogs()
 QList<StructureItem> SqliteBackend::tables(const QString &catalog)
 {
     checkCatalog(catalog);
-    Statement statement(prepareOwn(QStringLiteral("SELECT name, type FROM %1.sqlite_master "
-                                                  "WHERE type IN ('table', 'view') "
-                                                  "AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\' ORDER BY name")
-                                       .arg(quoteIdentifier(catalog))));
+    Prepared statement(prepareOwn(QStringLiteral("SELECT name, type FROM %1.sqlite_master "
+                                                 "WHERE type IN ('table', 'view') "
+                                                 "AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\' ORDER BY name")
+                                      .arg(quoteIdentifier(catalog))));
     QList<StructureItem> items;
     int rc;
     while ((rc = sqlite3_step(statement.get())) == SQLITE_ROW)
@@ -291,7 +303,7 @@ QList<StructureItem> SqliteBackend::columns(const QString &catalog, const QStrin
                                     [&](const StructureItem &item) { return item.name == table; });
     if (found == known.end())
         unknownTable(catalog, table);
-    Statement statement(prepareOwn(QStringLiteral("SELECT name, type FROM pragma_table_info(?1, ?2) ORDER BY cid")));
+    Prepared statement(prepareOwn(QStringLiteral("SELECT name, type FROM pragma_table_info(?1, ?2) ORDER BY cid")));
     const QByteArray tableName = table.toUtf8();
     const QByteArray schema = catalog.toUtf8();
     sqlite3_bind_text(statement.get(), 1, tableName.constData(), int(tableName.size()), SQLITE_TRANSIENT);
@@ -313,14 +325,10 @@ sqlite3_stmt *SqliteBackend::prepareGuarded(const QString &sql, Guard &guard)
     const int rc = sqlite3_prepare_v2(m_db, text.constData(), int(text.size()) + 1, &statement, &tail);
     if (rc != SQLITE_OK) {
         sqlite3_finalize(statement);
-        if (!guard.refusal.isEmpty())
-            throw tessaly::Error(ErrorNumber::StatementRefused,
-                                 QStringLiteral("The statement is refused: %1.").arg(guard.refusal));
-        if (guard.timedOut)
-            fail(ErrorNumber::Timeout, QStringLiteral("Preparing the statement took too long"));
-        fail(ErrorNumber::DatabaseError, QStringLiteral("The statement failed"));
+        failStatement(guard, rc, QStringLiteral("Preparing the statement took longer than %1 ms, the limit of "
+                                                "data source %2").arg(m_dataSource.timeoutMs).arg(m_dataSource.name));
     }
-    Statement owned(statement);
+    Prepared owned(statement);
     if (!statement)
         throw tessaly::Error(ErrorNumber::StatementRefused, QStringLiteral("The statement is refused: it is empty."));
     if (tail && !isBlankTail(tail))
@@ -336,7 +344,7 @@ QSet<QByteArray> SqliteBackend::unqualifiedNamesIn(const QString &catalog)
 {
     // The engine looks an unqualified name up in temp, then main, then the attached files.
     QList<QPair<int, QString>> order;
-    Statement list(prepareOwn(QStringLiteral("PRAGMA database_list")));
+    Prepared list(prepareOwn(QStringLiteral("PRAGMA database_list")));
     while (sqlite3_step(list.get()) == SQLITE_ROW) {
         const int seq = sqlite3_column_int(list.get(), 0);
         order.append({seq == 1 ? -1 : seq, columnText(list.get(), 1)});
@@ -344,8 +352,8 @@ QSet<QByteArray> SqliteBackend::unqualifiedNamesIn(const QString &catalog)
     std::sort(order.begin(), order.end());
     QSet<QByteArray> taken;
     for (const auto &[seq, schema] : order) {
-        Statement names(prepareOwn(QStringLiteral("SELECT lower(name) FROM %1.sqlite_master WHERE type IN ('table', 'view')")
-                                       .arg(quoteIdentifier(schema))));
+        Prepared names(prepareOwn(QStringLiteral("SELECT lower(name) FROM %1.sqlite_master WHERE type IN ('table', 'view')")
+                                      .arg(quoteIdentifier(schema))));
         QSet<QByteArray> here;
         while (sqlite3_step(names.get()) == SQLITE_ROW) {
             const QByteArray name(reinterpret_cast<const char *>(sqlite3_column_text(names.get(), 0)));
@@ -359,13 +367,13 @@ QSet<QByteArray> SqliteBackend::unqualifiedNamesIn(const QString &catalog)
     return {};
 }
 
-void SqliteBackend::stream(sqlite3_stmt *statement, Guard &guard, const QString &fields, qint64 limit, RowSink &sink)
+void SqliteBackend::stream(sqlite3_stmt *statement, Guard &guard, const FieldList &fields, qint64 limit, RowSink &sink)
 {
     const int count = sqlite3_column_count(statement);
     QList<QByteArray> names;
     for (int i = 0; i < count; ++i)
         names.append(QByteArray(sqlite3_column_name(statement, i)));
-    sink.startTable(FieldList::namesAsWritten(fields, names));
+    sink.startTable(fields.namesAsWritten(names));
     const qint64 cap = m_dataSource.rowCap;
     qint64 rows = 0;
     bool truncated = false;
@@ -402,22 +410,32 @@ void SqliteBackend::stream(sqlite3_stmt *statement, Guard &guard, const QString 
         sink.endRecord();
         ++rows;
     }
-    if (rc != SQLITE_ROW && rc != SQLITE_DONE) {
-        if (guard.timedOut)
-            throw tessaly::Error(ErrorNumber::Timeout,
-                                 QStringLiteral("The statement ran longer than %1 ms, the limit of data source %2, "
-                                                "and was stopped.").arg(m_dataSource.timeoutMs).arg(m_dataSource.name));
-        if (!guard.refusal.isEmpty())
-            throw tessaly::Error(ErrorNumber::StatementRefused,
-                                 QStringLiteral("The statement is refused: %1.").arg(guard.refusal));
-        fail(ErrorNumber::DatabaseError, QStringLiteral("The statement failed"));
-    }
+    if (rc != SQLITE_ROW && rc != SQLITE_DONE)
+        failStatement(guard, rc, QStringLiteral("The statement ran longer than %1 ms, the limit of data source %2, "
+                                                "and was stopped").arg(m_dataSource.timeoutMs).arg(m_dataSource.name));
     sink.endTable(rows, truncated, cap);
+}
+
+// Why the statement stopped: the deadline, the authorizer, the memory bound, or the engine.
+void SqliteBackend::failStatement(const Guard &guard, int code, const QString &timeout) const
+{
+    if (guard.timedOut)
+        throw tessaly::Error(ErrorNumber::Timeout, timeout + u'.');
+    if (!guard.refusal.isEmpty())
+        throw tessaly::Error(ErrorNumber::StatementRefused,
+                             QStringLiteral("The statement is refused: %1.").arg(guard.refusal));
+    if ((code & 0xff) == SQLITE_NOMEM)
+        throw tessaly::Error(ErrorNumber::StatementRefused,
+                             QStringLiteral("The statement is refused: it needs more than the %1 MB of memory SQLite "
+                                            "may use in the data service (values, sorting and temporary tables "
+                                            "together; data source %2).").arg(HeapLimit / 1024 / 1024).arg(m_dataSource.name));
+    fail(ErrorNumber::DatabaseError, QStringLiteral("The statement failed"));
 }
 
 void SqliteBackend::select(const Request &request, RowSink &sink)
 {
-    const QString sql = buildStatement(request, SqlClause::Dialect::SQLite);
+    const Backend::Statement built = buildStatement(request);
+    const QString &sql = built.sql;
     Guard guard;
     guard.catalog = request.catalog.toUtf8();
     guard.catalogNames = unqualifiedNamesIn(request.catalog);
@@ -435,8 +453,8 @@ void SqliteBackend::select(const Request &request, RowSink &sink)
             functions->clearDeadline();
         }
     } reset{m_db, m_functions.get()};
-    Statement statement(prepareGuarded(sql, guard));
-    stream(statement.get(), guard, request.fields, fetchLimit(request), sink);
+    Prepared statement(prepareGuarded(sql, guard));
+    stream(statement.get(), guard, built.fields, fetchLimit(request), sink);
 }
 
 } // namespace dataservice

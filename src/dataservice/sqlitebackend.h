@@ -37,8 +37,10 @@ private:
     sqlite3_stmt *prepareOwn(const QString &sql);
     sqlite3_stmt *prepareGuarded(const QString &sql, Guard &guard);
     QSet<QByteArray> unqualifiedNamesIn(const QString &catalog);
-    void stream(sqlite3_stmt *statement, Guard &guard, const QString &fields, qint64 limit, RowSink &sink);
+    void stream(sqlite3_stmt *statement, Guard &guard, const FieldList &fields, qint64 limit, RowSink &sink);
     [[noreturn]] void fail(qint32 number, const QString &what) const;
+    [[noreturn]] void failStatement(const Guard &guard, int code, const QString &timeout) const;
+    SqlDialect dialect() const override { return SqlDialect::SQLite; }
 
     sqlite3 *m_db = nullptr;
     std::unique_ptr<SqliteFunctions> m_functions;

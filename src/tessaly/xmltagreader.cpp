@@ -10,6 +10,9 @@ namespace {
 // Records and maps read themselves recursively; a hostile file must not nest them until the
 // stack runs out. Real definitions nest about a dozen levels.
 constexpr qsizetype maximumDepth = 512;
+// The writer puts at most three attributes on an element. The XML parser compares each
+// attribute of an element with every other one, so the count is bounded before it parses.
+constexpr int maximumAttributes = 16;
 const QString escapedAttribute = QStringLiteral("escaped");
 const QString trueText = QStringLiteral("true");
 } // namespace
@@ -22,6 +25,55 @@ XmlTagReader::XmlTagReader(QIODevice *device, QString sourceName)
 XmlTagReader::XmlTagReader(const QByteArray &data, QString sourceName)
     : m_xml(data), m_source(std::move(sourceName))
 {
+    checkMarkup(data, m_source);
+}
+
+// One pass over the bytes: every start tag's attributes counted (outside their quoted values),
+// and a document type's internal subset, which could declare attributes, refused.
+void XmlTagReader::checkMarkup(const QByteArray &data, const QString &sourceName)
+{
+    const auto failAtOffset = [&](qsizetype offset, const QString &message) {
+        const QByteArray before = data.left(offset);
+        const qsizetype lineStart = before.lastIndexOf('\n') + 1;
+        throw Error(ErrorNumber::BadFileFormat, QStringLiteral("%1:%2:%3: %4")
+                                                        .arg(sourceName)
+                                                        .arg(before.count('\n') + 1)
+                                                        .arg(QString::fromUtf8(before.mid(lineStart)).size() + 1)
+                                                        .arg(message));
+    };
+    const auto skipPast = [&](qsizetype from, const char *close) {
+        const qsizetype at = data.indexOf(close, from);
+        return at < 0 ? data.size() : at + qsizetype(qstrlen(close));
+    };
+    for (qsizetype i = data.indexOf('<'); i >= 0; i = data.indexOf('<', i)) {
+        const QByteArrayView rest = QByteArrayView(data).sliced(i);
+        if (rest.startsWith("<!--")) {
+            i = skipPast(i + 4, "-->");
+        } else if (rest.startsWith("<![CDATA[")) {
+            i = skipPast(i + 9, "]]>");
+        } else if (rest.startsWith("<?")) {
+            i = skipPast(i + 2, "?>");
+        } else if (rest.startsWith("<!")) {
+            const qsizetype end = skipPast(i, ">");
+            if (data.mid(i, end - i).contains('['))
+                failAtOffset(i, QStringLiteral("a document type that declares its own markup is not accepted"));
+            i = end;
+        } else {
+            int count = 0;
+            char quote = 0;
+            qsizetype j = i + 1;
+            for (; j < data.size() && (quote || data.at(j) != '>'); ++j) {
+                if (quote) {
+                    quote = data.at(j) == quote ? 0 : quote;
+                } else if (data.at(j) == '"' || data.at(j) == '\'') {
+                    quote = data.at(j);
+                } else if (data.at(j) == '=' && ++count > maximumAttributes) {
+                    failAtOffset(i, QStringLiteral("an element has more than %1 attributes").arg(maximumAttributes));
+                }
+            }
+            i = j;
+        }
+    }
 }
 
 void XmlTagReader::fail(const QString &message) const

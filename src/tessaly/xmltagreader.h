@@ -13,7 +13,9 @@ namespace tessaly {
 // Reads the tagged stream from XML. An element named by ReadTag is only entered when it is read
 // from (ReadValue, or ReadTag for its children); a ReadEndTag that follows a name nobody read
 // closes the element around it, so a reader that stops at an unknown name leaves the stream in
-// step. Malformed XML and values of the wrong type raise an error naming line and column.
+// step. Malformed XML and values of the wrong type raise an error naming line and column; so
+// does, when the reader is made from bytes, an element with more attributes than any the
+// writer makes (at most 16).
 class XmlTagReader final : public TagStream
 {
 public:
@@ -23,6 +25,11 @@ public:
     // Reads to the end of the document, so that truncation or garbage after the last element
     // read is reported, not ignored.
     void finish();
+
+    // What the reader made from bytes checks before it parses, for code that parses the same
+    // bytes itself: raises the error for an element with too many attributes, or a document
+    // type that declares markup.
+    static void checkMarkup(const QByteArray &data, const QString &sourceName);
 
     QString ReadTag() override;
     void ReadValue(QString &value) override;

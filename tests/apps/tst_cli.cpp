@@ -146,6 +146,16 @@ void tst_Cli::commandsAnswerWithStatusAndMessage_data()
     QTest::newRow("sql of a truncated file names line and column")
             << QStringList { "sql", m_dir.filePath("truncated.xml") } << 2 << "" << "truncated.xml:";
     QTest::newRow("sql help") << QStringList { "sql", "--help" } << 0 << "Usage: veldra sql" << "";
+    QTest::newRow("sql --engine prints what the engine receives")
+            << QStringList { "sql", component, "--engine", "--set", "@@@Region='SW'" } << 0
+            << "SELECT regions.name Region,customers.segment Segment,COUNT(orders.id) Orders,ROUND(SUM(orders.amount), 2) "
+               "Revenue\nFROM \"main\".\"regions\", \"main\".\"customers\", \"main\".\"orders\"\n"
+               "WHERE (customers.region_code = regions.code AND orders.customer_id = customers.id AND orders.status <> "
+               "'cancelled' AND regions.code = 'SW' AND orders.order_date >= '2023-01-01')\n"
+               "GROUP BY regions.name,customers.segment\nORDER BY ROUND(SUM(orders.amount), 2) DESC\nLIMIT 10\n"
+            << "";
+    QTest::newRow("sql --engine for a data source that is not there")
+            << QStringList { "sql", component, "--engine", "--dsn", "Nope" } << 2 << "" << "no data source named \"Nope\"";
     QTest::newRow("request with a parameter")
             << QStringList { "request", component, "--set", "@@@Region='SW'" } << 0 << "<query><get><content>record"
             << "";

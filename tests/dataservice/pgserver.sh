@@ -39,17 +39,24 @@ start() {
     # A Unix socket in our own directory: no TCP port to collide with, nothing reachable from outside.
     port=54329
     as_owner "$bindir/initdb" -D "$workdir/data" -A trust -U veldra -E UTF8 --no-sync >"$workdir/initdb.log" 2>&1
-    as_owner "$bindir/pg_ctl" -D "$workdir/data" -l "$workdir/server.log" -w -t 60 \
-        -o "-k $workdir -c listen_addresses= -p $port -c fsync=off" start >/dev/null
+    # Each server process may map at most 1 GB, as docs/datasources.md tells an administrator
+    # to bound a backend: a query that needs more fails with "out of memory" on its own.
+    (ulimit -v 1048576; as_owner "$bindir/pg_ctl" -D "$workdir/data" -l "$workdir/server.log" -w -t 60 \
+        -o "-k $workdir -c listen_addresses= -p $port -c fsync=off" start >/dev/null)
     local psql=(psql -X -q -v ON_ERROR_STOP=1 -h "$workdir" -p "$port" -U veldra)
     "${psql[@]}" -d postgres -c "CREATE DATABASE veldra_sample" >/dev/null
     "${psql[@]}" -d veldra_sample -c "CREATE SCHEMA sales; CREATE SCHEMA hr;
         CREATE TABLE hr.salaries (staff_id INTEGER PRIMARY KEY, salary NUMERIC(10,2));
         INSERT INTO hr.salaries VALUES (1, 91000), (2, 87000);" >/dev/null
     PGOPTIONS="-c search_path=sales" "${psql[@]}" -d veldra_sample -f "$sample" >/dev/null
-    # A function that writes, for the tests that prove a request cannot.
+    # A function that writes, and domains whose checks call what a request may not (a yes/no
+    # oracle on another schema, a sleep), for the tests that prove a request cannot.
     "${psql[@]}" -d veldra_sample -c "CREATE FUNCTION sales.mark_cancelled(integer) RETURNS integer
-        LANGUAGE sql VOLATILE AS 'UPDATE sales.orders SET status = ''cancelled'' WHERE id = \$1 RETURNING id'" >/dev/null
+        LANGUAGE sql VOLATILE AS 'UPDATE sales.orders SET status = ''cancelled'' WHERE id = \$1 RETURNING id';
+        CREATE FUNCTION sales.salary_above(numeric) RETURNS boolean LANGUAGE sql STABLE SECURITY DEFINER
+        AS 'SELECT EXISTS (SELECT 1 FROM hr.salaries WHERE salary > \$1)';
+        CREATE DOMAIN sales.known_salary AS numeric CHECK (sales.salary_above(VALUE));
+        CREATE DOMAIN sales.slow_number AS integer CHECK (pg_catalog.pg_sleep(VALUE) IS NOT NULL);" >/dev/null
     # The role the data sources connect as: the grants docs/datasources.md tells an
     # administrator to run.
     "${psql[@]}" -d veldra_sample -c "CREATE ROLE veldra_reader LOGIN;
@@ -60,11 +67,17 @@ start() {
         GRANT SELECT ON ALL TABLES IN SCHEMA sales TO veldra_reader;
         GRANT EXECUTE ON FUNCTION sales.mark_cancelled(integer) TO veldra_reader;
         GRANT SET ON PARAMETER temp_file_limit TO veldra_reader;" >/dev/null
-    # Roles the service must refuse, each for one reason, and an extension whose functions
-    # run SQL on other connections, when the server has it.
+    # Roles the service must refuse, each for one reason, a reader whose role reads quotes the
+    # old way, and an extension whose functions run SQL on other connections, when the server
+    # has it.
     "${psql[@]}" -d veldra_sample -c "CREATE ROLE veldra_signaller LOGIN IN ROLE pg_signal_backend;
         CREATE ROLE veldra_writer LOGIN; CREATE ROLE veldra_creator LOGIN;
         GRANT CONNECT, TEMPORARY ON DATABASE veldra_sample TO veldra_signaller, veldra_writer, veldra_creator;
+        CREATE ROLE veldra_oldstrings LOGIN; ALTER ROLE veldra_oldstrings SET standard_conforming_strings = off;
+        GRANT CONNECT, TEMPORARY ON DATABASE veldra_sample TO veldra_oldstrings;
+        GRANT USAGE ON SCHEMA sales TO veldra_oldstrings;
+        GRANT SELECT ON ALL TABLES IN SCHEMA sales TO veldra_oldstrings;
+        GRANT SET ON PARAMETER temp_file_limit TO veldra_oldstrings;
         GRANT USAGE ON SCHEMA sales TO veldra_signaller, veldra_writer;
         GRANT SELECT ON ALL TABLES IN SCHEMA sales TO veldra_signaller, veldra_writer, veldra_creator;
         GRANT INSERT ON sales.orders TO veldra_writer;

@@ -1,7 +1,8 @@
 // Requests written as a hostile user would write them, on SQLite and on a throw-away
 // PostgreSQL server: each must be refused with a clear error, return nothing from outside
-// its catalog, leave the database and the server as they were, and stay within the time
-// and memory limits of its data source.
+// its catalog, leave the database and the server as they were, and stay within the time,
+// memory and disk limits of its data source. The command-line tool is attacked the same way
+// through what it reads and prints.
 
 #include <dataservice/dataservice.h>
 #include <dataservice/errornumber.h>
@@ -9,6 +10,7 @@
 #include <tessaly/error.h>
 
 #include <QCryptographicHash>
+#include <QDir>
 #include <QDomDocument>
 #include <QElapsedTimer>
 #include <QFile>
@@ -20,17 +22,27 @@
 
 #include <limits>
 
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 using namespace dataservice;
 
 namespace {
 
 constexpr int TimeoutMs = 1500;
 constexpr int PatientTimeoutMs = 30000;
+constexpr int BudgetTimeoutMs = 5000;
+// Beyond its data source's timeout an answer may take this long to arrive.
+constexpr int AnswerGraceMs = 2000;
 constexpr qint64 RowCap = 500;
 // Time a refused or stopped request may take beyond its data source's limit.
 constexpr int TimeMarginMs = 3000;
-// Growth of the process's peak memory one request may cause.
-constexpr qint64 MemoryMarginKb = 256 * 1024;
+// Growth of the process's peak memory one request may cause: SQLite's heap limit, and what
+// the service holds beside it.
+constexpr qint64 MemoryMarginKb = 320 * 1024;
 
 QByteArray escaped(const QString &text)
 {
@@ -73,38 +85,113 @@ QMap<QString, QString> readState(const QString &path, QString *text)
     return state;
 }
 
-qint64 peakMemoryKb()
+qint64 procValue(const char *file, const QByteArray &key)
 {
-    QFile status(QStringLiteral("/proc/self/status"));
+    QFile status { QString::fromLatin1(file) };
     if (!status.open(QIODevice::ReadOnly))
         return 0;
     for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith("VmHWM:"))
-            return line.mid(6).trimmed().split(' ').value(0).toLongLong();
+        if (line.startsWith(key))
+            return line.mid(key.size()).trimmed().split(' ').value(0).toLongLong();
     }
     return 0;
 }
 
-QByteArray fileChecksum(const QString &path)
+// The resident memory now, with the peak set back to it, so a row's growth is its own.
+qint64 residentKbWithPeakReset()
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    return QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha256).toHex();
+    QFile reset(QStringLiteral("/proc/self/clear_refs"));
+    if (reset.open(QIODevice::WriteOnly))
+        reset.write("5");
+    reset.close();
+    return procValue("/proc/self/status", "VmRSS:");
 }
 
-// What a row expects: the error number (or any) and a text its message holds.
-constexpr qint32 AnyError = 1;
+qint64 peakMemoryKb()
+{
+    return procValue("/proc/self/status", "VmHWM:");
+}
+
+// Bytes this process handed to write() so far: files (SQLite's temporary ones included) and sockets.
+qint64 bytesWritten()
+{
+    return procValue("/proc/self/io", "wchar:");
+}
+
+// Every database file the SQLite data source reads, the attached one included.
+QByteArray filesChecksum(const QStringList &paths)
+{
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    for (const QString &path : paths) {
+        QFile file(path);
+        if (file.open(QIODevice::ReadOnly))
+            hash.addData(file.readAll());
+    }
+    return hash.result().toHex();
+}
+
+// Bytes one request may write: nothing of its own (SQLite keeps temporary storage in
+// memory), only the statement it sends.
+constexpr qint64 WrittenMarginKb = 64 * 1024;
+// AddressSanitizer's shadow memory and quarantine make a process's peak say nothing of its own.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool PeaksMeasured = false;
+#else
+constexpr bool PeaksMeasured = true;
+#endif
+
+// What a row expects: the error number and a text its message holds.
 struct Expected
 {
     qint32 number;
     QString reason;
     int timeoutMs = TimeoutMs; // of the data source asked
+    qint64 memoryKb = MemoryMarginKb;
 };
+
+// A command-line run that must end as the docs say, within time and memory bounds.
+struct CommandLine
+{
+    QStringList arguments; // "%DOC" stands for the document written for the row
+    QByteArray document;
+    int exitCode;
+    QString output; // a text standard output holds
+    QString error;  // a text standard error holds; empty: standard error stays empty
+    qint64 memoryKb;
+    int timeoutMs;
+};
+
+// A definition of expressions over orders, as a person could save one; target holds the
+// provider, dsn and catalog elements.
+QByteArray definition(const QString &target, const QStringList &expressions, const QString &condition)
+{
+    QString items;
+    QString objects;
+    for (const QString &expression : expressions) {
+        items += "<Item>" + expression.toHtmlEscaped() + "</Item>";
+        objects += "<Object key=\"" + expression.toHtmlEscaped() + "\"><ColumnInfo><alias>V</alias><columnType>2"
+            + "</columnType><express>" + expression.toHtmlEscaped() + "</express></ColumnInfo></Object>";
+    }
+    return ("<SQLInfo><dbInfo><DBInfo>" + target + "</DBInfo></dbInfo><tables><NameMap><Object key=\"orders\">"
+        + "<TableInfo><tableName>orders</tableName></TableInfo></Object></NameMap></tables><selections>" + items
+        + "</selections><expressions><NameMap>" + objects + "</NameMap></expressions><condition>"
+        + condition.toHtmlEscaped() + "</condition></SQLInfo>")
+        .toUtf8();
+}
+
+// An element with count attributes, which no reader takes.
+QByteArray attributes(int count)
+{
+    QByteArray text;
+    for (int i = 0; i < count; ++i)
+        text += " a" + QByteArray::number(i) + "=\"1\"";
+    return text;
+}
 
 } // namespace
 
 Q_DECLARE_METATYPE(Expected)
+Q_DECLARE_METATYPE(CommandLine)
 
 class TestHostileRequests : public QObject
 {
@@ -118,6 +205,9 @@ private Q_SLOTS:
 
     void attacksAreRefusedWithinLimits_data();
     void attacksAreRefusedWithinLimits();
+    void checkAndRunShareOneTimeBudget();
+    void commandLineKeepsItsPromises_data();
+    void commandLineKeepsItsPromises();
     void ordinaryQueriesStillRun_data();
     void ordinaryQueriesStillRun();
     void tableNameWithControlCharacterKeepsTheListingWellFormed();
@@ -132,9 +222,11 @@ private:
         const QString &fields, const QString &condition = {}, const QString &dsn = "Reader") const;
     QByteArray postgresDump() const;
     QByteArray serverState() const;
+    void writeConfiguration() const;
 
     QTemporaryDir m_dir;
     QString m_dbPath;
+    QString m_otherPath;
     QMap<QString, QString> m_pg;
     QString m_pgSkipReason;
     bool m_haveDblink = false;
@@ -143,6 +235,9 @@ private:
     QByteArray m_sqliteBefore;
     QByteArray m_dumpBefore;
     QByteArray m_stateBefore;
+    QByteArray m_conninfo; // the server's owner
+    QByteArray m_sqliteAtStart;
+    QByteArray m_dumpAtStart;
 };
 
 void TestHostileRequests::initTestCase()
@@ -151,14 +246,15 @@ void TestHostileRequests::initTestCase()
     m_dbPath = m_dir.filePath("sales.db");
     QVERIFY(QFile::copy(DataSourceCatalog::sampleDatabasePath(), m_dbPath));
     QVERIFY(QFile::setPermissions(m_dbPath, QFile::ReadOwner | QFile::WriteOwner));
-    const QString otherPath = m_dir.filePath("other.db");
+    m_otherPath = m_dir.filePath("other.db");
     QCOMPARE(QProcess::execute("sqlite3",
-                 { otherPath,
+                 { m_otherPath,
                      "CREATE TABLE secrets (word TEXT); "
                      "INSERT INTO secrets VALUES ('swordfish');" }),
         0);
-    QList<DataSource> sources { { "Local", "SQLite", m_dbPath, { { "other", otherPath } }, {},
-        RowCap, TimeoutMs } };
+    QList<DataSource> sources { { "Local", "SQLite", m_dbPath, { { "other", m_otherPath } }, {},
+                                    RowCap, TimeoutMs },
+        { "Roomy", "SQLite", m_dbPath, {}, {}, RowCap, PatientTimeoutMs } };
 
     QString stateText;
     const QString stateFile = qEnvironmentVariable("VELDRA_TEST_PG");
@@ -170,12 +266,12 @@ void TestHostileRequests::initTestCase()
     } else {
         // One data source per role: the SELECT-only one, and one for each reason to refuse.
         const QList<QPair<QString, QString>> roles { { "Reader", m_pg.value("reader") },
-            { "Patient", m_pg.value("reader") }, { "Privileged", m_pg.value("user") },
-            { "Signaller", "veldra_signaller" }, { "Writer", "veldra_writer" },
-            { "Creator", "veldra_creator" } };
+            { "Patient", m_pg.value("reader") }, { "Budget", m_pg.value("reader") },
+            { "Privileged", m_pg.value("user") }, { "Signaller", "veldra_signaller" },
+            { "Writer", "veldra_writer" }, { "Creator", "veldra_creator" } };
         for (const auto &[name, role] : roles) {
             DataSource source { name, "PostgreSQL", {}, {}, {}, RowCap,
-                name == "Patient" ? PatientTimeoutMs : TimeoutMs };
+                name == "Patient" ? PatientTimeoutMs : name == "Budget" ? BudgetTimeoutMs : TimeoutMs };
             for (const char *key : { "host", "port", "dbname" })
                 source.connection.append({ key, m_pg.value(key) });
             source.connection.append({ "user", role });
@@ -184,11 +280,10 @@ void TestHostileRequests::initTestCase()
             source.tempFileLimit = "10MB";
             sources.append(source);
         }
-        const QByteArray conninfo = QString("host=%1 port=%2 user=%3 dbname=%4")
-                                        .arg(m_pg.value("host"), m_pg.value("port"),
-                                            m_pg.value("user"), m_pg.value("dbname"))
-                                        .toUtf8();
-        m_bystander = PQconnectdb(conninfo.constData());
+        m_conninfo = QString("host=%1 port=%2 user=%3 dbname=%4")
+                         .arg(m_pg.value("host"), m_pg.value("port"), m_pg.value("user"), m_pg.value("dbname"))
+                         .toUtf8();
+        m_bystander = PQconnectdb(m_conninfo.constData());
         QCOMPARE(PQstatus(m_bystander), CONNECTION_OK);
         PGresult *result
             = PQexec(m_bystander, "SELECT count(*) FROM pg_extension WHERE extname = 'dblink'");
@@ -197,25 +292,52 @@ void TestHostileRequests::initTestCase()
         PQclear(result);
     }
     m_service = std::make_unique<DataService>(DataSourceCatalog(sources));
+    writeConfiguration();
+    m_sqliteAtStart = filesChecksum({ m_dbPath, m_otherPath });
+    m_dumpAtStart = postgresDump();
 }
 
+// The whole suite, every row and every command, left both databases as they were.
 void TestHostileRequests::cleanupTestCase()
 {
     PQfinish(m_bystander);
+    QCOMPARE(filesChecksum({ m_dbPath, m_otherPath }), m_sqliteAtStart);
+    QCOMPARE(postgresDump(), m_dumpAtStart);
 }
 
 void TestHostileRequests::init()
 {
-    m_sqliteBefore = fileChecksum(m_dbPath);
+    m_sqliteBefore = filesChecksum({ m_dbPath, m_otherPath });
     m_dumpBefore = postgresDump();
     m_stateBefore = serverState();
 }
 
 void TestHostileRequests::cleanup()
 {
-    QCOMPARE(fileChecksum(m_dbPath), m_sqliteBefore);
+    QCOMPARE(filesChecksum({ m_dbPath, m_otherPath }), m_sqliteBefore);
     QCOMPARE(postgresDump(), m_dumpBefore);
     QCOMPARE(serverState(), m_stateBefore);
+}
+
+// The data sources the command-line tool reads: the same SQLite file, and on the test server
+// a reader, a superuser, a role that reads quotes the old way, and a server that is not there.
+void TestHostileRequests::writeConfiguration() const
+{
+    QVERIFY(QDir(m_dir.path()).mkpath("config/veldra"));
+    QFile ini(m_dir.filePath("config/veldra/datasources.ini"));
+    QVERIFY(ini.open(QIODevice::WriteOnly));
+    ini.write("[Local]\nprovider=SQLite\npath=" + m_dbPath.toUtf8() + "\ntimeout=30\n"
+              "[Missing]\nprovider=SQLite\npath=" + m_dir.filePath("missing.db").toUtf8() + "\n"
+              "[Unreachable]\nprovider=PostgreSQL\nhost=/nonexistent\nport=1\ndbname=x\nconnect_timeout=1\n");
+    if (!m_pg.contains("host"))
+        return;
+    for (const auto &[name, role] : QList<QPair<QByteArray, QString>> { { "Reader", m_pg.value("reader") },
+             { "Privileged", m_pg.value("user") }, { "OldStrings", "veldra_oldstrings" } }) {
+        ini.write("[" + name + "]\nprovider=PostgreSQL\ncatalogs=sales\ntimeout=30\ntemp_file_limit=10MB\n");
+        for (const char *key : { "host", "port", "dbname" })
+            ini.write(QByteArray(key) + '=' + m_pg.value(key).toUtf8() + '\n');
+        ini.write("user=" + role.toUtf8() + '\n');
+    }
 }
 
 // The whole database as pg_dump writes it.
@@ -294,11 +416,6 @@ void TestHostileRequests::addSqliteRows()
     row("a value that doubles in a recursive query is cut by the length limit",
         sqlite(costly.arg("s || s || 'x'"), {}, "regions"), ErrorNumber::DatabaseError, "too big");
     row("a 500 MB blob", sqlite("length(zeroblob(500000000)) n"), refused, "zeroblob");
-    row("a 500 MB random value", sqlite("hex(randomblob(500000000)) n"), refused, "randomblob");
-    row("a 500 MB text", sqlite("printf('%.*c', 500000000, 'x') n"), ErrorNumber::DatabaseError,
-        "too big");
-    row("width from an argument", sqlite("printf('%*d', 2000000000, 1) n"),
-        ErrorNumber::DatabaseError, "too big");
     const QString longText = "printf('%.*c', 8000000, 'a')";
     row("a search that compares at every position stops at the time limit",
         sqlite(
@@ -312,14 +429,19 @@ void TestHostileRequests::addSqliteRows()
         sqlite(QStringList(5, "printf('%8000000d', 1)").join(','), "orders.id = 1"), refused,
         "bytes");
     row("a large value repeated many times across the select list",
-        sqlite(QStringList(40, "printf('%8000000d', 1)").join(','), "orders.id = 1"),
-        ErrorNumber::DatabaseError, "out of memory");
+        sqlite(QStringList(40, "printf('%8000000d', 1)").join(','), "orders.id = 1"), refused,
+        "256 MB of memory");
+    // Time enough to reach the memory bound whatever the machine: files would grow all along.
+    QTest::addRow("sqlite: a sort larger than memory would spill to temporary files")
+        << false
+        << recordRequest("SQLite", "Roomy", "main", "orders",
+               "(SELECT count(DISTINCT a.id || b.code || printf('%.*c', 65536, 'x')) FROM orders a, regions b) n")
+        << Expected { refused, "256 MB of memory", PatientTimeoutMs };
+    row("a table-valued function", sqlite("(SELECT count(*) FROM json_each('[1, 2]')) n"), refused,
+        "json_each");
     row("a long LIKE pattern",
         sqlite("orders.id", "orders.status LIKE printf('%.*c', 100000, '%')"),
         ErrorNumber::DatabaseError, "pattern");
-    row("E string hides a comment", sqlite("orders.id", "E'\\' = '' --'"), refused, "comment");
-    row("E string hides a parenthesis", sqlite("orders.id", "E'\\' ) OR (1=1 '"), refused,
-        "parenthesis");
     row("backtick hides a semicolon", sqlite("orders.id", "`'`; DELETE FROM orders; SELECT '`"),
         refused, "semicolon");
     row("bracket name hides a quote", sqlite("[']", "1=1) --"), refused, "never opened");
@@ -348,6 +470,17 @@ void TestHostileRequests::addSqliteRows()
         ErrorNumber::UnknownCatalog, "more characters");
     row("deeply nested expression", sqlite(QString(5000, '(') + "1" + QString(5000, ')') + " x"),
         ErrorNumber::DatabaseError, "stack overflow");
+    row("a statement longer than 1 MB",
+        sqlite("orders.id", "orders.id = 1" + QString(" OR orders.id = 1").repeated(70000)), refused,
+        "1048576 bytes");
+    // The request reader compared every attribute with every other: minutes for this one.
+    row("200,000 attributes",
+        "<query><get" + attributes(200000) + "><content>column</content><target/></get></query>",
+        ErrorNumber::MalformedRequest, "attributes");
+    row("attributes declared by a document type",
+        "<!DOCTYPE query [<!ATTLIST get" + QByteArray(" a CDATA \"1\"").repeated(1000)
+            + ">]><query><get><content>column</content><target/></get></query>",
+        ErrorNumber::MalformedRequest, "document type");
 }
 
 void TestHostileRequests::addPostgresRows()
@@ -362,9 +495,6 @@ void TestHostileRequests::addPostgresRows()
     // Functions written with Unicode escapes are resolved by the engine before the check.
     row("file read through a Unicode-escaped name",
         postgres("U&\"\\0070g_read_file\"('/etc/passwd') x"), refused, "pg_read_file");
-    row("SQL from text through a Unicode-escaped name",
-        postgres("U&\"query\\005fto\\005fxml\"('SELECT * FROM hr.salaries', true, false, '') x"),
-        refused, "query_to_xml");
     row("Unicode escape with its own escape character",
         postgres("U&\"!0070g_read_file\" UESCAPE '!' ('/etc/passwd') x"), refused, "pg_read_file");
     row("quoted and qualified", postgres("\"pg_catalog\".\"pg_read_binary_file\"('/etc/passwd') x"),
@@ -374,21 +504,13 @@ void TestHostileRequests::addPostgresRows()
         "query_to_xml");
     row("text search statistics run SQL", postgres("(SELECT count(*) FROM ts_stat('SELECT 1')) n"),
         refused, "ts_stat");
-    row("another table as XML", postgres("table_to_xml('hr.salaries', true, false, '') x"), refused,
-        "table_to_xml");
     row("dblink to the same server",
         postgres("(SELECT count(*) FROM public.dblink('dbname=veldra_sample', "
                  "'DELETE FROM sales.orders RETURNING 1') AS t(n int)) n"),
         m_haveDblink ? refused : ErrorNumber::DatabaseError, "dblink");
-    row("dblink_connect_u", postgres("public.dblink_connect_u('c', 'dbname=veldra_sample') x"),
-        m_haveDblink ? refused : ErrorNumber::DatabaseError, "dblink_connect_u");
     row("other sessions' statements",
         postgres("(SELECT count(*) FROM pg_stat_get_activity(NULL)) n"), refused,
         "pg_stat_get_activity");
-    row("activity view", postgres("(SELECT count(*) FROM pg_stat_activity) n"), refused,
-        "pg_stat_activity");
-    row("server settings", postgres("(SELECT count(*) FROM pg_show_all_settings()) n"), refused,
-        "pg_show_all_settings");
     row("one setting", postgres("current_setting('data_directory') x"), refused, "current_setting");
     row("settings change", postgres("set_config('statement_timeout', '0', false) x"), refused,
         "set_config");
@@ -398,19 +520,41 @@ void TestHostileRequests::addPostgresRows()
         "pg_");
     row("terminate by number", postgres("pg_terminate_backend(orders.id) x", "orders.id = 1"),
         refused, "pg_terminate_backend");
-    row("cancel other sessions", postgres("pg_cancel_backend(orders.id) x", "orders.id = 1"),
-        refused, "pg_cancel_backend");
     row("configuration reload", postgres("pg_reload_conf() x"), refused, "pg_reload_conf");
-    row("WAL switch", postgres("pg_switch_wal() x"), refused, "pg_switch_wal");
     row("large object import", postgres("lo_import('/etc/passwd') x"), refused, "lo_import");
-    row("sequence step", postgres("nextval(orders.id::regclass) x"), refused, "nextval");
+    row("sequence step", postgres("nextval(orders.id::regclass) x"), refused, "regclass");
+    // Object numbers turned into names list what lies outside the catalog.
+    row("table names of other schemas by number",
+        postgres("(SELECT string_agg(g::oid::regclass::text, ',') FROM generate_series(16384, 16500) g) x"),
+        refused, "regclass");
+    row("schema names by number", postgres("(SELECT string_agg(g::oid::regnamespace::text, ',') "
+                                           "FROM generate_series(2200, 16500) g) x"),
+        refused, "regnamespace");
+    row("the superuser's name by number", postgres("10::oid::regrole::text x"), refused, "regrole");
+    row("a table named in an error", postgres("satisfies_hash_partition(16400, 2, 0, 1) x"), refused,
+        "satisfies_hash_partition");
+    row("role names in an access list", postgres("makeaclitem(10, 10, 'SELECT', false)::text x"), refused,
+        "aclitem");
+    row("a name of another schema converted without a call", postgres("('hr.salaries'::name)::regclass::oid x"),
+        refused, "regclass");
+    // A conversion to a domain runs what its check calls.
+    row("a domain's check asks another schema",
+        postgres("(90000::numeric)::sales.known_salary x"), refused, "salary_above");
+    row("a domain's check sleeps", postgres("(orders.id::integer)::sales.slow_number x", "orders.id < 3"), refused,
+        "pg_sleep");
+    // PostgreSQL reads a name on through any character from U+0080 up; E' then starts a plain string.
+    for (const char *lead : { "\u20ac", "e\u0301", "\U0001F600" }) {
+        QTest::addRow("postgresql: an escape string after %s hides a second statement", lead)
+            << true
+            << postgres("orders.id",
+                   QString("orders.id=1 OR %1E'\\'; DELETE FROM sales.orders; SELECT \\''").arg(QString::fromUtf8(lead)))
+            << Expected { refused, "semicolon" };
+    }
     row("sleep", postgres("pg_sleep(30) x"), refused, "pg_sleep");
-    row("advisory lock", postgres("pg_advisory_lock(1) x"), refused, "pg_advisory_lock");
     row("write through a function of the catalog",
         postgres("sales.mark_cancelled(orders.id) x", "orders.id = 1"), refused, "mark_cancelled");
     row("password hashes", postgres("(SELECT max(rolpassword) FROM pg_authid) x"), refused,
         "pg_authid");
-    row("password view", postgres("(SELECT max(passwd) FROM pg_shadow) x"), refused, "pg_shadow");
     row("another schema", postgres("(SELECT max(salary) FROM hr.salaries) x"), refused, "hr");
     row("another schema by a Unicode-escaped name",
         postgres("(SELECT max(salary) FROM U&\"\\0068r\".salaries) x"), refused, "hr");
@@ -436,12 +580,24 @@ void TestHostileRequests::addPostgresRows()
         postgres("(SELECT count(*) FROM (SELECT md5(g::text) m FROM generate_series(1, 3000000) g "
                  "ORDER BY 1) s) n"),
         ErrorNumber::DatabaseError, "temp_file_limit");
-    // The server needs seconds to build that message, so this asks a patient data source.
-    // Whichever comes first (the growth limit, the answer's time limit, or on a slow machine
-    // the statement timeout) ends the request: what counts is memory, time and the message.
-    QTest::addRow("postgresql: a 500 MB value in an error message")
-        << true << postgres("CAST(repeat('x', 500000000) AS int) x", {}, "Patient")
-        << Expected { AnyError, "", PatientTimeoutMs };
+    // Read whole, it would be copied five times over: the message is cut off as it arrives.
+    // The server needs seconds to build it, so this asks a patient data source.
+    QTest::addRow("postgresql: a 126 MB value in an error message")
+        << true << postgres("CAST(repeat('x', 126000000) AS int) x", {}, "Patient")
+        << Expected { ErrorNumber::DatabaseError, "connection was closed", PatientTimeoutMs, 128 * 1024 };
+    // The server's administrator bounds a backend's memory (docs/datasources.md); the test
+    // server is set up so.
+    QTest::addRow("postgresql: an aggregate larger than a backend may grow")
+        << true
+        << postgres("(SELECT length(array_agg(repeat(a.status || b.status, 4))::text) "
+                    "FROM sales.orders a, sales.orders b) n", {}, "Patient")
+        << Expected { ErrorNumber::DatabaseError, "out of memory", PatientTimeoutMs };
+    row("a statement longer than 1 MB",
+        postgres("orders.id", "orders.id = 1" + QString(" OR orders.id = 1").repeated(70000)), refused,
+        "1048576 bytes");
+    row("6 million conditions",
+        postgres("orders.id", "orders.id = 1" + QString(" OR 1 = 1").repeated(6000000)),
+        ErrorNumber::MalformedRequest, "16 MB");
 
     // The catalog binds the request, whatever the component sent.
     row("another schema as the request's catalog",
@@ -471,7 +627,8 @@ void TestHostileRequests::attacksAreRefusedWithinLimits()
     QFETCH(Expected, expected);
     if (onPostgres && !m_pgSkipReason.isEmpty())
         QSKIP(qPrintable(m_pgSkipReason));
-    const qint64 memoryBefore = peakMemoryKb();
+    const qint64 memoryBefore = residentKbWithPeakReset();
+    const qint64 writtenBefore = bytesWritten();
     QElapsedTimer timer;
     timer.start();
     QByteArray answer;
@@ -485,15 +642,163 @@ void TestHostileRequests::attacksAreRefusedWithinLimits()
     }
     const qint64 elapsed = timer.elapsed();
     QVERIFY2(answer.isEmpty(), answer.left(2000).constData());
-    QVERIFY2(expected.number == AnyError ? number != 0 : number == expected.number,
+    QVERIFY2(number == expected.number,
         qPrintable(tessaly::Error::hexNumber(number) + u' ' + message.left(3000)));
     QVERIFY2(
         message.contains(expected.reason, Qt::CaseInsensitive), qPrintable(message.left(3000)));
     QVERIFY2(message.size() < 3000, qPrintable(QString::number(message.size())));
     QVERIFY2(elapsed < expected.timeoutMs + TimeMarginMs, qPrintable(QString::number(elapsed)));
     const qint64 growth = peakMemoryKb() - memoryBefore;
-    QVERIFY2(growth < MemoryMarginKb,
+    QVERIFY2(!PeaksMeasured || growth < expected.memoryKb,
         qPrintable(QStringLiteral("peak memory grew by %1 kB").arg(growth)));
+    const qint64 written = (bytesWritten() - writtenBefore) / 1024;
+    QVERIFY2(written < WrittenMarginKb, qPrintable(QStringLiteral("%1 kB were written").arg(written)));
+}
+
+// The check (the view, the dependency query) and the run answer within one timeout: a view
+// kept waiting on a lock for most of it leaves the run only the rest.
+void TestHostileRequests::checkAndRunShareOneTimeBudget()
+{
+    if (!m_pgSkipReason.isEmpty())
+        QSKIP(qPrintable(m_pgSkipReason));
+    PGconn *locker = PQconnectdb(m_conninfo.constData());
+    QCOMPARE(PQstatus(locker), CONNECTION_OK);
+    PQclear(PQexec(locker, "BEGIN; LOCK TABLE sales.orders IN ACCESS EXCLUSIVE MODE"));
+    QVERIFY(PQsendQuery(locker, "SELECT pg_sleep(4); COMMIT"));
+    QElapsedTimer timer;
+    timer.start();
+    qint32 number = 0;
+    try {
+        m_service->answer(postgres("(SELECT count(*) FROM sales.orders a, sales.orders b, sales.orders c) n", {},
+            "Budget"));
+    } catch (const tessaly::Error &error) {
+        number = error.number();
+    }
+    const qint64 elapsed = timer.elapsed();
+    while (PGresult *result = PQgetResult(locker))
+        PQclear(result);
+    PQfinish(locker);
+    QCOMPARE(tessaly::Error::hexNumber(number), tessaly::Error::hexNumber(ErrorNumber::Timeout));
+    QVERIFY2(elapsed < BudgetTimeoutMs + AnswerGraceMs, qPrintable(QString::number(elapsed)));
+}
+
+void TestHostileRequests::commandLineKeepsItsPromises_data()
+{
+    QTest::addColumn<bool>("onPostgres");
+    QTest::addColumn<CommandLine>("command");
+    const QStringList run { "run", "%DOC" };
+    const QString local = "<provider>SQLite</provider><dsn>Local</dsn><catalog>main</catalog>";
+    const QString reader = "<provider>PostgreSQL</provider><dsn>Reader</dsn><catalog>sales</catalog>";
+    // The table format sizes its columns from what it holds back; values this wide must not
+    // make it hold gigabytes (four columns of 7.9 MB, or 15 MB, per row).
+    QTest::addRow("sqlite: a table of wide values")
+        << false << CommandLine { run, definition(local, QStringList(4, "printf('%.*c', 7900000, 'x') || orders.id"),
+                                      "orders.id <= 40"), 0, "(40 rows)", "", 192 * 1024, 60000 };
+    QTest::addRow("postgresql: a table of wide values")
+        << true << CommandLine { run, definition(reader, { "repeat('x', 15000000) || orders.id" }, "orders.id <= 20"),
+                       0, "(20 rows)", "", 192 * 1024, 60000 };
+    // Each level is asked of the one data source named; the others are never connected to.
+    QTest::addRow("sqlite: browse asks only the data source it names")
+        << false << CommandLine { { "browse", "SQLite", "Local", "main" }, {}, 0, "orders\n", "", 128 * 1024, 20000 };
+    QTest::addRow("sqlite: browse gives the reason of the data source it names")
+        << false << CommandLine { { "browse", "SQLite", "Missing" }, {}, 1, "", "missing.db of data source Missing",
+                        128 * 1024, 20000 };
+    QTest::addRow("postgresql: listings for a role that reads quotes the old way")
+        << true << CommandLine { { "browse", "PostgreSQL", "OldStrings", "sales" }, {}, 0, "orders\n", "",
+                       128 * 1024, 20000 };
+    // The document reader compared every attribute with every other: minutes for this one.
+    QTest::addRow("sqlite: a definition with 200,000 attributes")
+        << false << CommandLine { run, definition(local, { "1" }, "").replace("<tables>", "<tables" + attributes(200000) + ">"),
+                        2, "", "attributes", 128 * 1024, 3000 };
+}
+
+// What the tool took: its exit status, its output, its peak memory.
+struct Finished
+{
+    int exitCode = -1;
+    QByteArray output;
+    QByteArray error;
+    qint64 peakKb = 0;
+    qint64 elapsedMs = 0;
+};
+
+// Runs the tool with the test's data sources, its output in files; after fork only what is
+// safe in a child of a threaded process.
+static Finished runTool(const QStringList &arguments, const QString &dir, int timeoutMs)
+{
+    QList<QByteArray> argv { VELDRA_BINARY };
+    for (const QString &argument : arguments)
+        argv.append(argument.toUtf8());
+    QList<QByteArray> environment { "XDG_CONFIG_HOME=" + (dir + "/config").toUtf8(), "VELDRA_LANG=en" };
+    for (char **entry = environ; *entry; ++entry) {
+        if (!QByteArray(*entry).startsWith("XDG_CONFIG_HOME=") && !QByteArray(*entry).startsWith("VELDRA_LANG="))
+            environment.append(*entry);
+    }
+    std::vector<char *> args;
+    std::vector<char *> envp;
+    for (QByteArray &arg : argv)
+        args.push_back(arg.data());
+    for (QByteArray &entry : environment)
+        envp.push_back(entry.data());
+    args.push_back(nullptr);
+    envp.push_back(nullptr);
+    const QByteArray outPath = (dir + "/out.txt").toUtf8();
+    const QByteArray errPath = (dir + "/err.txt").toUtf8();
+    QElapsedTimer timer;
+    timer.start();
+    const pid_t pid = fork();
+    if (pid == 0) {
+        dup2(open(outPath.constData(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDOUT_FILENO);
+        dup2(open(errPath.constData(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO);
+        // Should memory run away after all, the tool fails at 2 GB instead of the machine.
+        const rlimit space { 2048L * 1024 * 1024, 2048L * 1024 * 1024 };
+        if (PeaksMeasured)
+            setrlimit(RLIMIT_AS, &space);
+        execve(args[0], args.data(), envp.data());
+        _exit(127);
+    }
+    int status = 0;
+    rusage usage {};
+    while (wait4(pid, &status, WNOHANG, &usage) == 0) {
+        if (timer.elapsed() > timeoutMs + 60000) {
+            kill(pid, SIGKILL);
+            wait4(pid, &status, 0, &usage);
+            break;
+        }
+        usleep(10000);
+    }
+    Finished finished { WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), {}, {}, usage.ru_maxrss,
+        timer.elapsed() };
+    QFile out(QString::fromUtf8(outPath));
+    QFile err(QString::fromUtf8(errPath));
+    if (out.open(QIODevice::ReadOnly))
+        finished.output = out.readAll();
+    if (err.open(QIODevice::ReadOnly))
+        finished.error = err.readAll();
+    return finished;
+}
+
+void TestHostileRequests::commandLineKeepsItsPromises()
+{
+    QFETCH(bool, onPostgres);
+    QFETCH(CommandLine, command);
+    if (onPostgres && !m_pgSkipReason.isEmpty())
+        QSKIP(qPrintable(m_pgSkipReason));
+    QStringList arguments = command.arguments;
+    if (!command.document.isEmpty()) {
+        QFile document(m_dir.filePath("document.xml"));
+        QVERIFY(document.open(QIODevice::WriteOnly));
+        document.write(command.document);
+        arguments.replaceInStrings("%DOC", document.fileName());
+    }
+    const Finished finished = runTool(arguments, m_dir.path(), command.timeoutMs);
+    const QString error = QString::fromUtf8(finished.error.left(3000));
+    QVERIFY2(finished.exitCode == command.exitCode, qPrintable(QString::number(finished.exitCode) + ": " + error));
+    QVERIFY2(finished.output.contains(command.output.toUtf8()), finished.output.right(500).constData());
+    QVERIFY2(command.error.isEmpty() ? error.isEmpty() : error.contains(command.error), qPrintable(error));
+    QVERIFY2(!PeaksMeasured || finished.peakKb < command.memoryKb,
+        qPrintable(QStringLiteral("peak memory %1 kB").arg(finished.peakKb)));
+    QVERIFY2(finished.elapsedMs < command.timeoutMs, qPrintable(QString::number(finished.elapsedMs)));
 }
 
 // The checks keep out what escapes the catalog, not what a person querying it writes.

@@ -26,6 +26,8 @@ private Q_SLOTS:
     void valuesSurviveTheResponseText();
     void columnNamesComeBackAsTheRequestWroteThem_data();
     void columnNamesComeBackAsTheRequestWroteThem();
+    void fieldItemsAreTakenOrRefusedByName_data();
+    void fieldItemsAreTakenOrRefusedByName();
 };
 
 void TestRequestParts::clauseCheckKeepsUserTextInsideItsClause_data()
@@ -97,9 +99,9 @@ void TestRequestParts::malformedRequestsNameWhatIsWrong_data()
         << "-1";
     QTest::newRow("unknown element")
         << QByteArray("<query><get><content>column</content><target/><having>x</having></get></query>") << "<having>";
-    QTest::newRow("nesting deep enough to exhaust the stack")
-        << QByteArray("<query><get><content>column</content><target/>") + QByteArray("<x>").repeated(200000)
-        << "nested";
+    QTest::newRow("nesting deep enough to exhaust a recursive reader")
+        << QByteArray("<query><get><content>column</content><target/><condition>") + QByteArray("<x>").repeated(200000)
+        << "<x> in <condition>";
 }
 
 void TestRequestParts::malformedRequestsNameWhatIsWrong()
@@ -173,9 +175,9 @@ void TestRequestParts::columnNamesComeBackAsTheRequestWroteThem_data()
     QTest::addColumn<QString>("fields");
     QTest::addColumn<QByteArrayList>("engine");
     QTest::addColumn<QByteArrayList>("expected");
-    QTest::newRow("aliases with and without AS")
-            << "regions.name Region,COUNT(x) AS Total" << QByteArrayList{ "region", "total" }
-            << QByteArrayList{ "Region", "Total" };
+    QTest::newRow("aliases with and without AS, a quoted one")
+            << "regions.name Region,COUNT(x) AS Total,x \"MiXed\"" << QByteArrayList{ "region", "total", "MiXed" }
+            << QByteArrayList{ "Region", "Total", "MiXed" };
     QTest::newRow("column reference") << "t.Amount" << QByteArrayList{ "amount" } << QByteArrayList{ "Amount" };
     QTest::newRow("commas and blanks inside parentheses and quotes")
             << "ROUND(SUM(o.a), 2) Revenue,'a, b' Label,c" << QByteArrayList{ "revenue", "label", "c" }
@@ -183,7 +185,6 @@ void TestRequestParts::columnNamesComeBackAsTheRequestWroteThem_data()
     QTest::newRow("engine name that is not the folded alias stays")
             << "COUNT(o.id),o.a + o.b Sum" << QByteArrayList{ "count", "?column?" }
             << QByteArrayList{ "count", "?column?" };
-    QTest::newRow("quoted alias stays") << "x \"MiXed\"" << QByteArrayList{ "MiXed" } << QByteArrayList{ "MiXed" };
     QTest::newRow("a star breaks the one-to-one match")
             << "t.*,t.Name" << QByteArrayList{ "id", "x", "name" } << QByteArrayList{ "id", "x", "name" };
 }
@@ -193,7 +194,40 @@ void TestRequestParts::columnNamesComeBackAsTheRequestWroteThem()
     QFETCH(QString, fields);
     QFETCH(QByteArrayList, engine);
     QFETCH(QByteArrayList, expected);
-    QCOMPARE(FieldList::namesAsWritten(fields, engine), expected);
+    QCOMPARE(FieldList(fields, SqlDialect::PostgreSQL).namesAsWritten(engine), expected);
+}
+
+void TestRequestParts::fieldItemsAreTakenOrRefusedByName_data()
+{
+    QTest::addColumn<QString>("fields");
+    QTest::addColumn<QString>("statement"); // the select list the engines receive, or the refusal
+    QTest::newRow("aliases go through as written")
+            << "a x,b AS y,c \"Total Revenue\",d Straße" << "a x,b AS y,c \"Total Revenue\",d Straße";
+    QTest::newRow("a key word one engine takes only after AS gets it")
+            << "strftime('%Y', d) Year,COUNT(*) filter" << "strftime('%Y', d) AS Year,COUNT(*) AS filter";
+    QTest::newRow("type names and interval fields are not aliases")
+            << "x::double precision,y::character varying,interval '1' day,z::interval year"
+            << "x::double precision,y::character varying,interval '1' day,z::interval year";
+    QTest::newRow("a reserved word that ends an expression is not an alias")
+            << "CASE WHEN a THEN 1 END,x IS NULL" << "CASE WHEN a THEN 1 END,x IS NULL";
+    QTest::newRow("two names after the expression") << "SUM(x) Total Revenue" << "\"Total Revenue\"";
+    QTest::newRow("two names after AS") << "a AS Total Revenue" << "\"Total Revenue\"";
+    QTest::newRow("a reserved word as alias") << "a,b order" << "item 2";
+    QTest::newRow("a word SQLite reserves after AS") << "a AS values" << "reserved word of SQLite";
+}
+
+void TestRequestParts::fieldItemsAreTakenOrRefusedByName()
+{
+    QFETCH(QString, fields);
+    QFETCH(QString, statement);
+    for (const SqlDialect dialect : { SqlDialect::SQLite, SqlDialect::PostgreSQL }) {
+        try {
+            QCOMPARE(FieldList(fields, dialect).statementText(), statement);
+        } catch (const tessaly::Error &error) {
+            QCOMPARE(error.number(), ErrorNumber::StatementRefused);
+            QVERIFY2(error.message().contains(statement), qPrintable(error.message()));
+        }
+    }
 }
 
 QTEST_GUILESS_MAIN(TestRequestParts)

@@ -5,7 +5,6 @@
 #include "dataservice/dataservice.h"
 #include "dataservice/localserviceproxy.h"
 #include "tessaly/namemap.h"
-#include "veldra/records/tableinfo.h"
 #include "veldra/service/tsaccessor.h"
 
 #include <QCommandLineParser>
@@ -41,19 +40,11 @@ int runBrowse(const QStringList &arguments)
     const auto proxy = std::make_shared<ErrorRecordingProxy>(std::make_shared<dataservice::LocalServiceProxy>(service));
     veldra::TSAccessor accessor;
     accessor.setTsProxy(proxy);
-    // The accessor's cache hangs off the structure, so the walk always starts there.
-    std::shared_ptr<tessaly::NameMap> level = accessor.GetDatabaseStructure();
-    if (level && path.size() == 1)
-        level = accessor.GetDSNsAt(path.at(0));
-    else if (level && path.size() == 2)
-        level = accessor.GetCatalogsAt(path.at(0), path.at(1));
-    else if (level && path.size() == 3)
-        level = accessor.GetTablesAt(path.at(0), path.at(1), path.at(2));
-    if (level && path.size() == 4) {
-        const auto table = accessor.GetTableInfoAt(path.at(0), path.at(1), path.at(2), path.at(3));
-        level = table ? table->columns() : nullptr;
-    }
-    if (!level) {
+    // One request, for the level asked: only the data source named is connected to, and a
+    // failure is its own.
+    const std::shared_ptr<tessaly::NameMap> level
+            = accessor.QueryNavigation(path.value(0), path.value(1), path.value(2), path.value(3));
+    if (!level || (level->isEmpty() && path.size() == 4)) {
         // The accessor has shown the database error report; the service's reason goes with it.
         if (proxy->lastErrorNumber() != 0)
             err() << "veldra browse: " << serviceReason(proxy->lastErrorNumber(), proxy->lastErrorMessage()) << Qt::endl;

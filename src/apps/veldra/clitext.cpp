@@ -45,9 +45,13 @@ const Entry entries[] = {
     { CliText::SqlDescription,
       u"Prints the SELECT statement text of the query definition stored in FILE\n"
       u"(a saved definition, or a component document holding one). With --filled, the\n"
-      u"parameters show their current values (after --set) instead of their markers.",
+      u"parameters show their current values (after --set) instead of their markers. With\n"
+      u"--engine, prints the exact SELECT the engine of the data source receives for the\n"
+      u"component's request, without running it.",
       u"FILE（保存された問い合わせ定義、またはそれを含むコンポーネント文書）の SELECT 文を表示します。\n"
-      u"--filled を付けると、パラメータはマーカーの代わりに現在の値（--set の後）で表示されます。" },
+      u"--filled を付けると、パラメータはマーカーの代わりに現在の値（--set の後）で表示されます。\n"
+      u"--engine を付けると、コンポーネントの要求に対してデータソースのエンジンが受け取る SELECT 文を、\n"
+      u"実行せずにそのまま表示します。" },
     { CliText::RequestDescription,
       u"Loads the component document DOC, writes each --set into the model's slot of that name\n"
       u"as the framework would, and prints the request the model publishes in its \"request\" slot.\n"
@@ -139,6 +143,13 @@ const Entry entries[] = {
     { CliText::ParamMore, u"... more: narrow the list with --search TEXT", u"... さらにあります。--search TEXT で絞り込んでください" },
     { CliText::FilledOption, u"show the parameters' current values instead of their markers",
       u"パラメータをマーカーではなく現在の値で表示する" },
+    { CliText::EngineOption,
+      u"print the SELECT the engine receives: values in place, its row limit, aliases resolved",
+      u"エンジンが受け取る SELECT 文（値を埋め込み、行数の上限と別名の解決を含む）を表示する" },
+    { CliText::EngineDsnOption, u"with --engine: for the data source NAME instead of the document's",
+      u"--engine と共に：文書のデータソースの代わりにデータソース NAME について表示する" },
+    { CliText::EngineCatalogOption, u"with --engine: for the catalog NAME instead of the document's",
+      u"--engine と共に：文書のカタログの代わりにカタログ NAME について表示する" },
     { CliText::ProviderArgument, u"e.g. SQLite", u"例：SQLite" },
     { CliText::DsnArgument, u"a data source, e.g. Sample", u"データソース。例：Sample" },
     { CliText::CatalogArgument, u"e.g. main", u"例：main" },
@@ -183,6 +194,8 @@ const Entry entries[] = {
     { CliText::EditKept, u"could not save: %1. The component is kept in %2; move it where you want it",
       u"保存できませんでした：%1。コンポーネントは %2 に残してあります。必要な場所に移してください" },
     { CliText::NothingFound, u"nothing found under %1", u"%1 の下には何もありません" },
+    { CliText::NoSuchDataSource, u"there is no data source named \"%1\"; there are: %2",
+      u"データソース「%1」はありません。あるのは：%2" },
     { CliText::CapNotice, u"the result was cut at the data source's row cap of %1 rows; there are more rows",
       u"結果はデータソースの行数上限 %1 行で打ち切られました。続きの行があります。" },
     { CliText::WriteFailed, u"standard output could not be written: %1", u"標準出力に書き込めませんでした：%1" },

@@ -2,10 +2,11 @@
 #include "command.h"
 #include "commandinput.h"
 
-#include "dataservice/dataservice.h"
 #include "host/componentsession.h"
 #include "host/livelists.h"
 
+#include "dataservice/dataservice.h"
+#include "dataservice/errornumber.h"
 #include "tessaly/error.h"
 #include "tessaly/namemap.h"
 #include "tessaly/variant.h"
@@ -14,6 +15,7 @@
 #include "veldra/records/statementtext.h"
 
 #include <QCommandLineParser>
+#include <QDomDocument>
 
 namespace {
 
@@ -46,6 +48,55 @@ QString filledIn(const QString &statement, host::ComponentSession &session)
     return text;
 }
 
+// The request sent to another data source or catalog than the document names: its provider is
+// the one the data source is configured under.
+QByteArray retargeted(const QString &request, const QString &dsn, const QString &catalog,
+                      const dataservice::DataSourceCatalog &dataSources)
+{
+    QDomDocument document;
+    document.setContent(request);
+    const QDomElement target = document.documentElement().firstChildElement(QStringLiteral("get"))
+                                       .firstChildElement(QStringLiteral("target"));
+    const auto replace = [&](const QString &name, const QString &text) {
+        QDomElement element = target.firstChildElement(name);
+        while (element.hasChildNodes())
+            element.removeChild(element.firstChild());
+        element.appendChild(document.createTextNode(text));
+    };
+    if (!dsn.isEmpty()) {
+        QStringList names;
+        for (const QString &provider : dataservice::DataSourceCatalog::providers()) {
+            if (dataSources.names(provider).contains(dsn))
+                replace(QStringLiteral("provider"), provider);
+            names += dataSources.names(provider);
+        }
+        if (!names.contains(dsn))
+            throw tessaly::Error(dataservice::ErrorNumber::UnknownDataSource,
+                                 cliText(CliText::NoSuchDataSource).arg(dsn, names.join(QStringLiteral(", "))));
+        replace(QStringLiteral("dsn"), dsn);
+    }
+    if (!catalog.isEmpty())
+        replace(QStringLiteral("catalog"), catalog);
+    return document.toByteArray(-1);
+}
+
+// The SELECT the engine receives for the component's request, as the data service builds it.
+int printEngineStatement(host::ComponentSession &session, const QString &fileName, const QString &dsn,
+                         const QString &catalog, const dataservice::DataService &service)
+{
+    const host::CurrentRequest request = session.request(); // on the --source chosen, if any
+    if (!request.ready())
+        return reportUnsent(QStringLiteral("sql"), inputName(fileName), request);
+    const QByteArray retargetedRequest = retargeted(request.text, dsn, catalog, service.dataSources());
+    try {
+        out() << service.statement(retargetedRequest) << '\n';
+    } catch (const tessaly::Error &error) {
+        err() << "veldra sql: " << serviceReason(error.number(), error.message()) << Qt::endl;
+        return exitcode::noResult;
+    }
+    return exitcode::ok;
+}
+
 } // namespace
 
 int runSql(const QStringList &arguments)
@@ -55,8 +106,12 @@ int runSql(const QStringList &arguments)
     parser.addPositionalArgument(QStringLiteral("FILE"), cliText(CliText::FileArgument));
     const ParameterOptions options;
     const QCommandLineOption filled(QStringLiteral("filled"), cliText(CliText::FilledOption));
+    const QCommandLineOption engine(QStringLiteral("engine"), cliText(CliText::EngineOption));
+    const QCommandLineOption dsn(QStringLiteral("dsn"), cliText(CliText::EngineDsnOption), QStringLiteral("NAME"));
+    const QCommandLineOption catalog(QStringLiteral("catalog"), cliText(CliText::EngineCatalogOption),
+                                     QStringLiteral("NAME"));
     options.addTo(parser);
-    parser.addOption(filled);
+    parser.addOptions({filled, engine, dsn, catalog});
     if (const auto status = parseCommandLine(parser, arguments, QStringLiteral("sql")))
         return *status;
     if (parser.positionalArguments().size() != 1) {
@@ -69,6 +124,8 @@ int runSql(const QStringList &arguments)
     host::ComponentSession session;
     loadDocument(session, fileName);
     applyParameterOptions(session, parser, options, QStringLiteral("sql"), lists, *service);
+    if (parser.isSet(engine))
+        return printEngineStatement(session, fileName, parser.value(dsn), parser.value(catalog), *service);
     const auto query = session.definition();
     if (parser.isSet(filled)) {
         // A statement with a hole where a value goes is no statement that runs.
