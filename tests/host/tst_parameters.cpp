@@ -241,6 +241,7 @@ private Q_SLOTS:
         dataService->select(request.text.toUtf8(), sink);
         QCOMPARE(sink.rows, 5);
 
+        choices.page("@@@Region", "orth");
         const int hits = lists.cacheHits();
         choices.page("@@@Region", "orth");
         QCOMPARE(lists.cacheHits(), hits + 1);
