@@ -108,9 +108,21 @@ QByteArray listRequest(const RunTarget &target, const LiveList &list, const QStr
     QStringList columns{ list.valueColumn };
     if (!list.displayColumn.isEmpty() && list.displayColumn != list.valueColumn)
         columns.append(list.displayColumn);
+    // Grouped by the shown column first, as the list is ordered: an index on it then serves both,
+    // and the engine stops at the end of the page instead of sorting the whole table.
+    QStringList group = columns;
+    if (group.size() == 2)
+        std::swap(group[0], group[1]);
     QString order = list.order.isEmpty() ? list.shownColumn() : list.order;
     if (list.descending)
         order += QStringLiteral(" DESC");
+    // Then by the group's columns, in its order: a total order, which the same index gives.
+    if (list.order.isEmpty() || list.order == list.shownColumn()) {
+        const QString direction = list.descending ? QStringLiteral(" DESC") : QString();
+        order.clear();
+        for (const QString &column : group)
+            order += (order.isEmpty() ? QString() : QStringLiteral(",")) + column + direction;
+    }
     QStringList condition;
     for (const QString &part : conditions) {
         if (!part.trimmed().isEmpty())
@@ -132,7 +144,7 @@ QByteArray listRequest(const RunTarget &target, const LiveList &list, const QStr
     xml.writeEndElement();
     if (!condition.isEmpty())
         xml.writeTextElement(QStringLiteral("condition"), condition.join(QStringLiteral(" AND ")));
-    xml.writeTextElement(QStringLiteral("group"), columns.join(u','));
+    xml.writeTextElement(QStringLiteral("group"), group.join(u','));
     xml.writeTextElement(QStringLiteral("order"), order);
     xml.writeTextElement(QStringLiteral("rowcount"), QString::number(limit));
     xml.writeEndElement();
@@ -213,11 +225,29 @@ ListPage LiveLists::page(const veldra::SQLInfo &definition, const HostSettings &
                                   .arg(asText(setting->list.shownColumn(), target.provider), like,
                                        textLiteral(escapedPattern(search), target.provider)));
     }
-    const Fetched fetched = fetch(listRequest(target, setting->list, conditions, limit + 1), target.provider, limit,
-                                  setting->list.cacheSeconds);
+    const QByteArray unsearched = listRequest(target, setting->list, { *filter }, limit + 1);
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    if (!search.isEmpty()) {
+        QMutexLocker lock(&m_mutex);
+        const auto complete = m_complete.constFind(unsearched);
+        if (complete != m_complete.constEnd() && complete->at.secsTo(now) < std::max(TypingSeconds, setting->list.cacheSeconds)
+            && search.contains(complete->search, Qt::CaseInsensitive)) {
+            ++m_cacheHits;
+            ListPage narrowed = complete->page;
+            narrowed.cached = true;
+            narrowed.entries.removeIf([&](const ListEntry &entry) { return !entry.text.contains(search, Qt::CaseInsensitive); });
+            return narrowed;
+        }
+    }
+    const Fetched fetched = fetch(search.isEmpty() ? unsearched : listRequest(target, setting->list, conditions, limit + 1),
+                                  target.provider, limit, setting->list.cacheSeconds);
     if (!fetched.failure.isEmpty()) {
         stored.note = hostText(HostText::ListUnreadable).arg(reference, fetched.failure);
         return stored;
+    }
+    if (!search.isEmpty() && !fetched.page.more) {
+        QMutexLocker lock(&m_mutex);
+        m_complete.insert(unsearched, { now, search, fetched.page });
     }
     return fetched.page;
 }
@@ -277,6 +307,7 @@ void LiveLists::clear()
 {
     QMutexLocker lock(&m_mutex);
     m_cache.clear();
+    m_complete.clear();
 }
 
 int LiveLists::cacheHits() const

@@ -73,6 +73,10 @@ public:
                                    const QString &reference, const tessaly::NameMap *values,
                                    const SourceChoice &source, const QString &text);
 
+    // How long a complete answer to a search serves longer searches of the same list, however
+    // short its cache time: the time a person takes to type a word.
+    static constexpr int TypingSeconds = 10;
+
     // Reads every list afresh from now on.
     void clear();
     // How many pages came from the cache, for a host to show and a benchmark to measure.
@@ -94,6 +98,15 @@ private:
         ListPage page;
     };
     QHash<QByteArray, Kept> m_cache;
+    // The last complete answer (no more than a page) to a search of each list, by the list's
+    // request without the search: a longer search narrows it without asking the engine again.
+    struct Narrowed
+    {
+        QDateTime at;
+        QString search;
+        ListPage page;
+    };
+    QHash<QByteArray, Narrowed> m_complete;
     int m_cacheHits = 0;
 };
 

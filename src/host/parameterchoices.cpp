@@ -141,11 +141,8 @@ ListPage ParameterChoices::page(const QString &reference, const QString &search,
     const auto definition = definitionOf(m_host);
     if (!definition)
         return {};
-    if (!m_lists) {
-        ListPage stored;
-        LiveLists none(nullptr);
-        return none.page(*definition, HostSettings{}, reference, nullptr, m_source, search, limit);
-    }
+    if (!m_lists) // the stored values only: no live list is read without a data service
+        return LiveLists(nullptr).page(*definition, HostSettings{}, reference, nullptr, m_source, search, limit);
     return m_lists->page(*definition, m_settings, reference, parameterValuesOf(m_host).get(), m_source, search, limit);
 }
 
