@@ -76,8 +76,12 @@ QByteArray ComponentSession::save()
 
 void ComponentSession::save(const QString &fileName)
 {
+    writeDocumentFile(fileName, save());
+}
+
+void writeDocumentFile(const QString &fileName, const QByteArray &data)
+{
     tessaly::DocumentFile::checkReplaceable(fileName);
-    const QByteArray data = save();
     QSaveFile file(fileName);
     if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size() || !file.commit())
         throw tessaly::Error(tessaly::ErrorNumber::FileAccess, QStringLiteral("%1: %2").arg(fileName, file.errorString()));

@@ -19,6 +19,10 @@ class SQLInfo;
 
 namespace host {
 
+// Writes a component document's bytes aside and renames them over fileName, so a failed save
+// leaves the file before intact. Raises tessaly::Error naming the file and what went wrong.
+void writeDocumentFile(const QString &fileName, const QByteArray &data);
+
 // A component hosted without a window, as the framework would host it: its model behind a
 // model host. The command line and the HTTP service hold one per document.
 class ComponentSession

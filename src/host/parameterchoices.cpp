@@ -89,6 +89,14 @@ void ParameterChoices::choose(const QString &reference, const QStringList &value
     write(reference, joinLiterals(literals));
 }
 
+void ParameterChoices::setChosen(const QString &reference, const QStringList &literals)
+{
+    const ParameterSetting *setting = m_settings.find(reference);
+    if (literals.size() > 1 && !(setting && setting->multiple))
+        throw tessaly::Error(tessaly::ErrorNumber::InvalidArgument, hostText(HostText::OneValueOnly).arg(reference));
+    write(reference, joinLiterals(literals));
+}
+
 QStringList ParameterChoices::chosen(const QString &reference) const
 {
     const auto values = parameterValuesOf(m_host);

@@ -41,6 +41,9 @@ public:
     // slot, so the parameter is named as missing (never "IN ()").
     void choose(const QString &reference, const QStringList &values);
 
+    // Writes literals taken from the list's entries as they are (a control that shows them).
+    void setChosen(const QString &reference, const QStringList &literals);
+
     // The slot's value as the values a person chose (the literals of a multiple-value slot).
     QStringList chosen(const QString &reference) const;
 

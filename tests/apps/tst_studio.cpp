@@ -1,4 +1,5 @@
 #include "chartpanel.h"
+#include "parameterpanel.h"
 #include "resulttablemodel.h"
 #include "studiosettings.h"
 #include "studiowindow.h"
@@ -20,6 +21,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPlainTextEdit>
 #include <QProcess>
 #include <QTableView>
@@ -437,6 +439,47 @@ private Q_SLOTS:
         QCOMPARE(StudioSettings().recentDocuments().value(0), mine);
         QVERIFY(window.findChild<QAction *>("ShowChartAction")->isChecked());
         QVERIFY(window.chart().settings().line);
+    }
+
+    // Beside the pad: lists read from the data source that follow each other, several values
+    // ticked, a search that narrows in the engine; the settings go back into the document.
+    void liveListsBesideThePadFollowEachOther()
+    {
+        StudioWindow window;
+        QVERIFY(window.openDocument(VELDRA_SOURCE_DIR "/samples/sales-by-country.component.xml"));
+        waitForRows(window);
+        QCOMPARE(column(window.results(), 0), (QSet<QString>{ "North East", "North West" }));
+        const auto items = [&](const QString &reference) {
+            QStringList texts;
+            auto *list = window.findChild<QListWidget *>("ParamList" + reference);
+            for (int i = 0; list && i < list->count(); ++i)
+                texts.append(list->item(i)->text() + (list->item(i)->checkState() == Qt::Checked ? "*" : ""));
+            return texts;
+        };
+        QCOMPARE(items("@@@Region"), QStringList({ "Central", "North East*", "North West*", "South East", "South West" }));
+        auto *countries = window.findChild<QListWidget *>("ParamList@@@Country");
+        QCOMPARE(items("@@@Country"), QStringList({ "Avaland", "Brevonia" }));
+        Q_EMIT countries->itemClicked(countries->item(1));
+        QCOMPARE(items("@@@Region"), QStringList({ "Overseas*" }));
+        waitForRows(window);
+        QCOMPARE(column(window.results(), 0), QSet<QString>{ "Overseas" });
+
+        Q_EMIT countries->itemClicked(countries->item(0));
+        QCOMPARE(items("@@@Region"), QStringList({ "Central*", "North East", "North West", "South East", "South West" }));
+        window.findChild<QListWidget *>("ParamList@@@Region")->item(4)->setCheckState(Qt::Checked);
+        waitForRows(window);
+        QCOMPARE(column(window.results(), 0), (QSet<QString>{ "Central", "South West" }));
+        window.findChild<QLineEdit *>("ParamSearch@@@Region")->setText("WEST");
+        QCOMPARE(items("@@@Region"), QStringList({ "North West", "South West*" }));
+        QVERIFY(window.findChild<QLabel *>("ParamNote@@@Region")->text().startsWith("1 chosen"));
+
+        host::HostSettings cycle = window.parameterSettings();
+        cycle.edit("@@@Country").list.filter = "code IN (@@@Region)";
+        QVERIFY(!window.setParameterSettings(cycle));
+        QVERIFY(m_ui->messages.last().text.contains("@@@Country -> @@@Region -> @@@Country"));
+        const QString saved = m_config.filePath("country.component.xml");
+        QVERIFY(window.saveDocument(saved));
+        QVERIFY(contents(saved).contains("<LiveList table=\"regions\" value=\"code\" display=\"name\" filter=\"country = @@@Country\""));
     }
 
     // Every control of the studio's own is named for a screen reader, and no two alike.

@@ -91,9 +91,17 @@ constexpr Entry entries[] = {
     { u"PNG images (*.png)", u"PNG 画像 (*.png)" },
     { u"SVG images (*.svg)", u"SVG 画像 (*.svg)" },
     { u"Cannot save the chart", u"グラフを保存できません" },
+    { u"&Data source:", u"データソース(&D):" },
+    { u"As the component names it", u"コンポーネントが指定するもの" },
+    { u"%1 (several values)", u"%1 (複数の値)" },
+    { u"Type to narrow the list", u"入力して一覧を絞り込む" },
+    { u"... more: type to narrow the list", u"... さらにあります: 入力して絞り込んでください" },
+    { u"%1 chosen values are not on this page of the list", u"選んだ値のうち %1 個はこのページにありません" },
+    { u"Parameters", u"パラメーター" },
+    { u"&Parameter Settings...", u"パラメーターの設定(&P)..." },
 };
 
-static_assert(std::size(entries) == size_t(StudioText::CannotSaveChart) + 1, "one entry per StudioText");
+static_assert(std::size(entries) == size_t(StudioText::ParameterSettingsAction) + 1, "one entry per StudioText");
 
 } // namespace
 

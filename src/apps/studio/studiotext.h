@@ -71,6 +71,14 @@ enum class StudioText {
     PngFilter,
     SvgFilter,
     CannotSaveChart,
+    DataSourceLabel,
+    ComponentsOwnSource,
+    SeveralValuesCaption,
+    SearchPlaceholder,
+    MoreValues,
+    ChosenNotShown,
+    ParametersTitle,
+    ParameterSettingsAction,
 };
 
 QString studioText(StudioText id);
