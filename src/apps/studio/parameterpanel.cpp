@@ -36,7 +36,6 @@ ParameterPanel::ParameterPanel(std::shared_ptr<const dataservice::DataService> s
 {
     setObjectName(QStringLiteral("ParameterPanel"));
     auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
     auto *form = new QFormLayout;
     m_sources = new QComboBox;
     m_sources->setObjectName(QStringLiteral("DataSourceChoice"));

@@ -96,7 +96,7 @@ constexpr Entry entries[] = {
     { u"%1 (several values)", u"%1 (複数の値)" },
     { u"Type to narrow the list", u"入力して一覧を絞り込む" },
     { u"... more: type to narrow the list", u"... さらにあります: 入力して絞り込んでください" },
-    { u"%1 chosen values are not on this page of the list", u"選んだ値のうち %1 個はこのページにありません" },
+    { u"Chosen, but not on this page of the list: %1", u"選んだ値のうちこのページにないもの: %1 個" },
     { u"Parameters", u"パラメーター" },
     { u"&Parameter Settings...", u"パラメーターの設定(&P)..." },
 };

@@ -175,7 +175,10 @@ StudioWindow::StudioWindow(QWidget *parent)
     auto *left = new QSplitter(Qt::Vertical);
     left->addWidget(m_padArea);
     left->addWidget(parameterArea);
-    left->setStretchFactor(0, 1);
+    left->setStretchFactor(0, 2);
+    left->setStretchFactor(1, 3); // the lists need the room; the pad's inputs are few lines
+    left->setSizes({ 2000, 3000 });
+    parameterArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     auto *splitter = new QSplitter(Qt::Horizontal);
     splitter->addWidget(left);
     splitter->addWidget(right);
