@@ -7,6 +7,7 @@
 #include "../veldra/common/wizarddriver.h"
 
 #include "dataservice/datasourcecatalog.h"
+#include "tessaly/modelhost.h"
 #include "tessaly/registrystore.h"
 #include "tessaly/uiservice.h"
 #include "tessaly/variant.h"
@@ -473,10 +474,26 @@ private Q_SLOTS:
         QCOMPARE(items("@@@Region"), QStringList({ "North West", "South West*" }));
         QVERIFY(window.findChild<QLabel *>("ParamNote@@@Region")->text().startsWith("Chosen, but not on this page of the list: 1"));
 
-        host::HostSettings cycle = window.parameterSettings();
-        cycle.edit("@@@Country").list.filter = "code IN (@@@Region)";
-        QVERIFY(!window.setParameterSettings(cycle));
-        QVERIFY(m_ui->messages.last().text.contains("@@@Country -> @@@Region -> @@@Country"));
+        // Query > Parameter Settings: a cycle is refused by name and the dialog stays; a default moves.
+        bool stayed = false;
+        m_ui->script = [&](QDialog &dialog) {
+            dialog.findChild<QLineEdit *>("SettingsFilter")->setText("code IN (@@@Region)");
+            dialog.accept();
+            stayed = dialog.isVisible() || dialog.result() != QDialog::Accepted;
+            auto *parameter = dialog.findChild<QComboBox *>("SettingsParameter");
+            parameter->setCurrentIndex(parameter->findData("@@@FromDate"));
+            dialog.findChild<QLineEdit *>("SettingsDefault")->setText("start-of-month");
+            dialog.findChild<QLineEdit *>("SettingsFilter")->setText("");
+            parameter->setCurrentIndex(parameter->findData("@@@Country"));
+            dialog.findChild<QLineEdit *>("SettingsFilter")->setText("");
+            dialog.accept();
+        };
+        window.findChild<QAction *>("ParameterSettingsAction")->trigger();
+        QVERIFY(stayed);
+        QVERIFY2(!m_ui->messages.isEmpty() && m_ui->messages.last().text.contains("@@@Region -> @@@Country"), qPrintable(m_ui->messages.isEmpty() ? "none" : m_ui->messages.last().text));
+        QCOMPARE(window.parameterSettings().find("@@@FromDate")->relativeDefault, "start-of-month");
+        QCOMPARE(tessaly::variant::toText(window.site().modelHost().slotValue("@@@FromDate")),
+                 "'" + QDate::currentDate().toString("yyyy-MM-01") + "'");
         const QString saved = m_config.filePath("country.component.xml");
         QVERIFY(window.saveDocument(saved));
         QVERIFY(contents(saved).contains("<LiveList table=\"regions\" value=\"code\" display=\"name\" filter=\"country = @@@Country\""));

@@ -99,9 +99,19 @@ constexpr Entry entries[] = {
     { u"Chosen, but not on this page of the list: %1", u"選んだ値のうちこのページにないもの: %1 個" },
     { u"Parameters", u"パラメーター" },
     { u"&Parameter Settings...", u"パラメーターの設定(&P)..." },
+    { u"&Parameter:", u"パラメーター(&P):" },
+    { u"Several &values", u"複数の値(&V)" },
+    { u"Relative &default:", u"相対的な既定値(&D):" },
+    { u"List from &table:", u"一覧の読み込み元テーブル(&T):" },
+    { u"&Value column:", u"値の列(&A):" },
+    { u"&Shown column:", u"表示する列(&S):" },
+    { u"&Filter:", u"絞り込み条件(&F):" },
+    { u"&Order by:", u"並べ替え(&O):" },
+    { u"Desc&ending", u"降順(&E)" },
+    { u"&Keep the list for (seconds):", u"一覧を保持する秒数(&K):" },
 };
 
-static_assert(std::size(entries) == size_t(StudioText::ParameterSettingsAction) + 1, "one entry per StudioText");
+static_assert(std::size(entries) == size_t(StudioText::SettingsCache) + 1, "one entry per StudioText");
 
 } // namespace
 

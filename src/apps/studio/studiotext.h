@@ -79,6 +79,16 @@ enum class StudioText {
     ChosenNotShown,
     ParametersTitle,
     ParameterSettingsAction,
+    SettingsParameter,
+    SettingsMultiple,
+    SettingsDefault,
+    SettingsTable,
+    SettingsValue,
+    SettingsDisplay,
+    SettingsFilter,
+    SettingsOrder,
+    SettingsDescending,
+    SettingsCache,
 };
 
 QString studioText(StudioText id);

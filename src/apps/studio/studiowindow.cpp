@@ -2,6 +2,7 @@
 
 #include "chartpanel.h"
 #include "parameterpanel.h"
+#include "parametersettingsdialog.h"
 #include "resulttablemodel.h"
 #include "rowexport.h"
 #include "studiosettings.h"
@@ -261,6 +262,7 @@ void StudioWindow::createMenus()
             ->setObjectName(QStringLiteral("EditQueryAction"));
     add(query, StudioText::RunAgainAction, "RunAgainAction", &StudioWindow::requestChanged, QKeySequence::Refresh);
     add(query, StudioText::CheckAction, "CheckAction", &StudioWindow::checkQuery, QKeySequence(Qt::CTRL | Qt::Key_K));
+    add(query, StudioText::ParameterSettingsAction, "ParameterSettingsAction", &StudioWindow::editParameterSettings);
 
     QMenu *view = menuBar()->addMenu(studioText(StudioText::ViewMenu));
     m_showRequest = view->addAction(studioText(StudioText::ShowRequestAction));
@@ -544,6 +546,16 @@ bool StudioWindow::chooseSource(const QString &name)
     m_parameters->bind(m_component.site->modelHost(), m_settings, m_source);
     requestChanged();
     return true;
+}
+
+void StudioWindow::editParameterSettings()
+{
+    const auto definition = host::definitionOf(m_component.site->modelHost());
+    if (!definition)
+        return;
+    ParameterSettingsDialog dialog(*definition, m_settings,
+                                   [this](const host::HostSettings &settings) { return setParameterSettings(settings); }, this);
+    tessaly::UiService::instance().execDialog(dialog);
 }
 
 bool StudioWindow::setParameterSettings(const host::HostSettings &settings)
