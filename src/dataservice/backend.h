@@ -20,7 +20,7 @@ struct StructureItem
     QString type;
 };
 
-// A connection to one data source for the length of one request.
+// A connection to one data source, serving one request at a time (a pool may keep it for the next).
 class Backend
 {
 public:
@@ -40,10 +40,15 @@ public:
     virtual QList<StructureItem> columns(const QString &catalog, const QString &table) = 0;
     // Runs the record request as one read-only SELECT and hands the rows to the sink as they arrive.
     virtual void select(const Request &request, RowSink &sink) = 0;
+    // Whether the connection may serve another request (a pool keeps it): open and idle.
+    virtual bool reusable() const { return true; }
+    // A kept connection takes another request: what bounds one request starts again.
+    virtual void startRequest() {}
+    virtual SqlDialect dialect() const = 0;
 
     // The SELECT this engine receives for the record request, built and checked as select()
     // builds it, without running it.
-    QString statement(const Request &request) { return buildStatement(request).sql; }
+    virtual QString statement(const Request &request) { return buildStatement(request).sql; }
 
 protected:
     struct Statement
@@ -52,7 +57,6 @@ protected:
         FieldList fields;
     };
 
-    virtual SqlDialect dialect() const = 0;
     // The single SELECT for a record request, its clauses checked.
     Statement buildStatement(const Request &request);
     // Rows to ask the engine for: the request's count, or one past the cap to see a cut.

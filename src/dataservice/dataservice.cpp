@@ -1,5 +1,6 @@
 #include "dataservice.h"
 
+#include "backendpool.h"
 #include "errornumber.h"
 #include "messagetext.h"
 #include "postgresbackend.h"
@@ -38,6 +39,11 @@ std::unique_ptr<Backend> DataService::connect(const Request &request) const
                              QStringLiteral("Data source %1 offers no catalog named \"%2\"; it offers: %3.")
                                  .arg(source.name, MessageText::excerpt(request.catalog),
                                       allowed.join(QStringLiteral(", "))));
+    return m_pool ? m_pool->lease(source) : open(source);
+}
+
+std::unique_ptr<Backend> DataService::open(const DataSource &source)
+{
     if (source.provider == u"SQLite")
         return std::make_unique<SqliteBackend>(source);
     return std::make_unique<PostgresBackend>(source);

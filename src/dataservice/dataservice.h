@@ -11,6 +11,7 @@ class QIODevice;
 namespace dataservice {
 
 class Backend;
+class BackendPool;
 struct Request;
 class ResponseWriter;
 class RowSink;
@@ -43,11 +44,17 @@ public:
 
     const DataSourceCatalog &dataSources() const { return m_dataSources; }
 
+    // From now on connections come from pool and go back to it (a long-running host).
+    void usePool(std::shared_ptr<BackendPool> pool) { m_pool = std::move(pool); }
+    // A new connection to the data source, for a pool to keep.
+    static std::unique_ptr<Backend> open(const DataSource &source);
+
 private:
     std::unique_ptr<Backend> connect(const Request &request) const;
     void navigate(const Request &request, ResponseWriter &writer) const;
 
     DataSourceCatalog m_dataSources;
+    std::shared_ptr<BackendPool> m_pool;
 };
 
 } // namespace dataservice

@@ -13,6 +13,8 @@ struct DataSource
 {
     static constexpr qint64 DefaultRowCap = 100000;
     static constexpr int DefaultTimeoutMs = 30000;
+    static constexpr int DefaultPoolSize = 4;
+    static constexpr int MaxPoolSize = 1000;
 
     QString name;
     QString provider;                         // "SQLite" or "PostgreSQL"
@@ -26,6 +28,9 @@ struct DataSource
 
     qint64 rowCap = DefaultRowCap;
     int timeoutMs = DefaultTimeoutMs;
+    // A long-running host (veldra serve) keeps up to this many connections open and runs at
+    // most this many queries on the data source at once.
+    int poolSize = DefaultPoolSize;
 
     // The catalogs a request may name. SQLite: "main" and the attachments, whatever this
     // says. PostgreSQL: the schemas offered; empty means "public" only.
@@ -37,7 +42,7 @@ struct DataSource
 
     // For a component that names another data source and runs on this one (a host's choice of
     // source): its catalog (first) is this source's catalog (second). Unlisted ones keep their name.
-    QList<QPair<QString, QString>> catalogMap;
+    QList<QPair<QString, QString>> catalogMap = {};
 
     // The catalogs a request may name, with the defaults above applied.
     QStringList allowedCatalogs() const;

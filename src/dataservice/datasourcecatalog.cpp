@@ -83,6 +83,10 @@ DataSource readGroup(QSettings &settings, const QString &group, const QString &f
     if (seconds > 24 * 3600)
         badConfiguration(file, group, QStringLiteral("timeout is in seconds and at most one day"));
     source.timeoutMs = int(seconds * 1000);
+    source.poolSize = int(qMin<qint64>(positiveNumber(settings, QStringLiteral("pool_size"), DataSource::DefaultPoolSize,
+                                                      file, group), DataSource::MaxPoolSize + 1));
+    if (source.poolSize > DataSource::MaxPoolSize)
+        badConfiguration(file, group, QStringLiteral("pool_size is at most %1").arg(DataSource::MaxPoolSize));
     const QDir base = QFileInfo(file).absoluteDir();
     if (source.provider == SQLiteProvider) {
         source.path = settings.value(QStringLiteral("path")).toString();

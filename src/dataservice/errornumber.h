@@ -18,6 +18,7 @@ constexpr qint32 Timeout = qint32(0x80045007);
 constexpr qint32 DatabaseError = qint32(0x80045008);
 constexpr qint32 ConnectionFailed = qint32(0x80045009);
 constexpr qint32 BadConfiguration = qint32(0x8004500A);
+constexpr qint32 Busy = qint32(0x8004500B); // every connection of the pool stayed in use
 } // namespace ErrorNumber
 
 } // namespace dataservice

@@ -23,6 +23,11 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+// How long a kept connection trusts what it learnt of the database (its tables, the statements
+// it checked): long enough for a dashboard's repeated requests, short enough that a change of
+// the database's objects is seen soon.
+constexpr auto RememberFor = std::chrono::seconds(60);
+
 // How much the process may grow while one message (a row, an error) arrives, and the time
 // beyond the statement timeout an answer may take to arrive. libpq takes in a whole message,
 // then copies an error message about five times over (into its parts, the result, the
@@ -304,8 +309,8 @@ PostgresBackend::PostgresBackend(DataSource dataSource)
     }
     // Notices go nowhere: the service answers through its responses, never on standard error.
     PQsetNoticeProcessor(m_conn, ignoreNotice, nullptr);
-    // From here on everything this connection does, checks and run together, shares one timeout.
-    m_deadline = Clock::now() + std::chrono::milliseconds(m_dataSource.timeoutMs);
+    // From here on everything this request does, checks and run together, shares one timeout.
+    startRequest();
     try {
         checkRole();
     } catch (...) {
@@ -339,6 +344,11 @@ void PostgresBackend::checkRole()
         refuseRole(role, QStringLiteral("is a member of %1").arg(QString::fromUtf8(PQgetvalue(result.get(), 0, 3))));
     if (!PQgetisnull(result.get(), 0, 4))
         refuseRole(role, QStringLiteral("may write: %1").arg(QString::fromUtf8(PQgetvalue(result.get(), 0, 4))));
+}
+
+bool PostgresBackend::reusable() const
+{
+    return m_conn && PQstatus(m_conn) == CONNECTION_OK && PQtransactionStatus(m_conn) == PQTRANS_IDLE;
 }
 
 PostgresBackend::~PostgresBackend()
@@ -409,6 +419,24 @@ void PostgresBackend::limitTime()
          {QByteArray::number(remainingMs())});
 }
 
+// The same for the statement that runs alone under the session's settings. On a kept connection
+// whose statement was checked lately, what is left is about what the session has, and the round
+// trip is saved.
+void PostgresBackend::limitSessionTime()
+{
+    constexpr int SlackMs = 100;
+    const int left = remainingMs();
+    if (std::abs(left - m_sessionTimeoutMs) <= SlackMs)
+        return;
+    exec(QStringLiteral("SELECT pg_catalog.set_config('statement_timeout', $1, false)"), {QByteArray::number(left)});
+    m_sessionTimeoutMs = left;
+}
+
+void PostgresBackend::startRequest()
+{
+    m_deadline = Clock::now() + std::chrono::milliseconds(m_dataSource.timeoutMs);
+}
+
 QStringList PostgresBackend::catalogs()
 {
     const Result result = exec(QStringLiteral(
@@ -428,6 +456,10 @@ QStringList PostgresBackend::catalogs()
 
 QList<StructureItem> PostgresBackend::tables(const QString &catalog)
 {
+    // A kept connection asks again after RememberFor, as it checks statements again.
+    const auto known = m_tables.constFind(catalog);
+    if (known != m_tables.cend() && Clock::now() - known->first <= RememberFor)
+        return known->second;
     checkCatalog(catalog);
     const Result result = exec(QStringLiteral(
         "SELECT c.relname, CASE WHEN c.relkind IN ('v', 'm') THEN 'view' ELSE 'table' END "
@@ -438,6 +470,7 @@ QList<StructureItem> PostgresBackend::tables(const QString &catalog)
     for (int row = 0; row < PQntuples(result.get()); ++row)
         items.append({QString::fromUtf8(PQgetvalue(result.get(), row, 0)),
                       QString::fromUtf8(PQgetvalue(result.get(), row, 1))});
+    m_tables.insert(catalog, {Clock::now(), items});
     return items;
 }
 
@@ -461,16 +494,21 @@ QList<StructureItem> PostgresBackend::columns(const QString &catalog, const QStr
     return items;
 }
 
-// search_path, timeouts and memory for the transaction that is open; the values go as
-// parameters, never into the statement text.
-void PostgresBackend::setLimits(const QString &catalog)
+// search_path, timeouts and memory for the transaction that is open (local) or for the
+// session; the values go as parameters, never into the statement text.
+void PostgresBackend::setLimits(const QString &catalog, bool local)
 {
+    const QString scope = local ? QStringLiteral("true") : QStringLiteral("false");
     const QByteArray path = (QStringLiteral("pg_catalog, ") + quoteIdentifier(catalog) + QStringLiteral(", pg_temp"))
                                 .toUtf8();
-    exec(QStringLiteral("SELECT pg_catalog.set_config('search_path', $1, true), "
-                        "pg_catalog.set_config('statement_timeout', $2, true), "
-                        "pg_catalog.set_config('work_mem', $3, true)"),
-         {path, QByteArray::number(remainingMs()), m_dataSource.workMem.toUtf8()});
+    const int timeoutMs = remainingMs();
+    exec(QStringLiteral("SELECT pg_catalog.set_config('search_path', $1, %1), "
+                        "pg_catalog.set_config('statement_timeout', $2, %1), "
+                        "pg_catalog.set_config('work_mem', $3, %1), "
+                        "pg_catalog.set_config('standard_conforming_strings', 'on', %1)").arg(scope),
+         {path, QByteArray::number(timeoutMs), m_dataSource.workMem.toUtf8()});
+    if (!local)
+        m_sessionTimeoutMs = timeoutMs;
     // Only a superuser, or a role granted SET on it, may lower temp_file_limit; a role whose
     // own setting is already as low needs neither.
     const QByteArray tempLimit = m_dataSource.tempFileLimit.toUtf8();
@@ -479,7 +517,9 @@ void PostgresBackend::setLimits(const QString &catalog)
         "s.setting FROM pg_catalog.pg_settings s WHERE s.name = 'temp_file_limit'"), {tempLimit});
     if (PQntuples(current.get()) != 1 || !isTrue(current.get(), 0))
         return;
-    const Result set = run(QStringLiteral("SELECT pg_catalog.set_config('temp_file_limit', $1, true)"), {tempLimit});
+    const Result set = run(local ? QStringLiteral("SELECT pg_catalog.set_config('temp_file_limit', $1, true)")
+                                 : QStringLiteral("SELECT pg_catalog.set_config('temp_file_limit', $1, false)"),
+                           {tempLimit});
     if (PQresultStatus(set.get()) == PGRES_TUPLES_OK)
         return;
     const QString role = QString::fromUtf8(PQuser(m_conn));
@@ -492,10 +532,17 @@ void PostgresBackend::setLimits(const QString &catalog)
                                   errorText(set.get(), m_conn)));
 }
 
+// The session is made read-only under the data source's limits once per catalog, so that each
+// statement then runs alone in its own read-only transaction: one round trip for a request on
+// a kept connection instead of four or more.
 void PostgresBackend::startReadOnly(const QString &catalog)
 {
-    command(QStringLiteral("BEGIN TRANSACTION READ ONLY"));
-    setLimits(catalog);
+    if (m_sessionCatalog == catalog)
+        return;
+    m_sessionCatalog.reset();
+    command(QStringLiteral("SET SESSION CHARACTERISTICS AS TRANSACTION READ ONLY"));
+    setLimits(catalog, false);
+    m_sessionCatalog = catalog;
 }
 
 // The engine parses the statement into a temporary view, in a transaction that is rolled
@@ -661,10 +708,18 @@ void PostgresBackend::stream(const QString &sql, const FieldList &fields, qint64
 void PostgresBackend::select(const Request &request, RowSink &sink)
 {
     const Statement statement = buildStatement(request);
-    checkStatement(statement.sql, request.catalog);
+    // Never more than a few hundred statements held.
+    const QString key = request.catalog + u'\n' + statement.sql;
+    const auto checked = m_checked.constFind(key);
+    if (checked == m_checked.cend() || Clock::now() - *checked > RememberFor) {
+        checkStatement(statement.sql, request.catalog);
+        if (m_checked.size() >= 256)
+            m_checked.clear();
+        m_checked.insert(key, Clock::now());
+    }
     startReadOnly(request.catalog);
+    limitSessionTime();
     stream(statement.sql, statement.fields, fetchLimit(request), sink);
-    command(QStringLiteral("ROLLBACK"));
 }
 
 } // namespace dataservice

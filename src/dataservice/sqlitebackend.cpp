@@ -9,6 +9,7 @@
 
 #include <tessaly/error.h>
 
+#include <QFile>
 #include <QFileInfo>
 #include <QSet>
 
@@ -18,6 +19,8 @@
 #include <cstring>
 #include <memory>
 #include <mutex>
+
+#include <sys/stat.h>
 
 namespace dataservice {
 
@@ -205,6 +208,8 @@ SqliteBackend::SqliteBackend(DataSource dataSource)
 
 SqliteBackend::~SqliteBackend()
 {
+    for (sqlite3_stmt *version : m_versionQueries)
+        sqlite3_finalize(version);
     sqlite3_close_v2(m_db);
 }
 
@@ -243,6 +248,53 @@ void SqliteBackend::open()
         fail(ErrorNumber::ConnectionFailed, QStringLiteral("The file is not a readable database"));
     for (const auto &[name, path] : m_dataSource.attachments)
         attach(name, path);
+    m_files = fileIdentities();
+}
+
+QList<QPair<quint64, quint64>> SqliteBackend::fileIdentities() const
+{
+    QList<QPair<quint64, quint64>> identities;
+    const auto identify = [&](const QString &path) {
+        struct stat info {};
+        if (::stat(QFile::encodeName(path).constData(), &info) == 0)
+            identities.append({quint64(info.st_dev), quint64(info.st_ino)});
+        else
+            identities.append({0, 0});
+    };
+    identify(m_dataSource.path);
+    for (const auto &attachment : m_dataSource.attachments)
+        identify(attachment.second);
+    return identities;
+}
+
+bool SqliteBackend::reusable() const
+{
+    return m_db && fileIdentities() == m_files;
+}
+
+void SqliteBackend::forgetChangedStructure()
+{
+    if (m_versionQueries.empty()) {
+        QStringList schemas{QStringLiteral("main")};
+        for (const auto &attachment : m_dataSource.attachments)
+            schemas.append(attachment.first);
+        for (const QString &schema : schemas)
+            m_versionQueries.push_back(prepareOwn(QStringLiteral("PRAGMA %1.data_version").arg(quoteIdentifier(schema))));
+    }
+    QByteArray versions;
+    for (sqlite3_stmt *version : m_versionQueries) {
+        const bool read = sqlite3_step(version) == SQLITE_ROW;
+        const sqlite3_int64 number = read ? sqlite3_column_int64(version, 0) : 0;
+        sqlite3_reset(version);
+        if (!read)
+            fail(ErrorNumber::DatabaseError, QStringLiteral("Reading the structure failed"));
+        versions += QByteArray::number(number) + ',';
+    }
+    if (versions == m_dataVersions)
+        return;
+    m_dataVersions = versions;
+    m_tables.clear();
+    m_unqualifiedNames.clear();
 }
 
 void SqliteBackend::attach(const QString &name, const QString &path)
@@ -282,6 +334,9 @@ QStringList SqliteBackend::catalogs()
 
 QList<StructureItem> SqliteBackend::tables(const QString &catalog)
 {
+    forgetChangedStructure();
+    if (const auto known = m_tables.constFind(catalog); known != m_tables.cend())
+        return *known;
     checkCatalog(catalog);
     Prepared statement(prepareOwn(QStringLiteral("SELECT name, type FROM %1.sqlite_master "
                                                  "WHERE type IN ('table', 'view') "
@@ -293,6 +348,7 @@ QList<StructureItem> SqliteBackend::tables(const QString &catalog)
         items.append({columnText(statement.get(), 0), columnText(statement.get(), 1)});
     if (rc != SQLITE_DONE)
         fail(ErrorNumber::DatabaseError, QStringLiteral("Listing the tables of %1 failed").arg(catalog));
+    m_tables.insert(catalog, items);
     return items;
 }
 
@@ -340,7 +396,16 @@ sqlite3_stmt *SqliteBackend::prepareGuarded(const QString &sql, Guard &guard)
     return owned.release();
 }
 
+// Read after tables() in the same request, which forgot what changed.
 QSet<QByteArray> SqliteBackend::unqualifiedNamesIn(const QString &catalog)
+{
+    if (const auto known = m_unqualifiedNames.constFind(catalog); known != m_unqualifiedNames.cend())
+        return *known;
+    m_unqualifiedNames.insert(catalog, findUnqualifiedNamesIn(catalog));
+    return m_unqualifiedNames.value(catalog);
+}
+
+QSet<QByteArray> SqliteBackend::findUnqualifiedNamesIn(const QString &catalog)
 {
     // The engine looks an unqualified name up in temp, then main, then the attached files.
     QList<QPair<int, QString>> order;

@@ -30,7 +30,7 @@ void ComponentSession::load(const QString &fileName)
 
 void ComponentSession::load(const QByteArray &data, const QString &sourceName)
 {
-    if (!tessaly::ComponentDocument::looksLikeComponentDocument(data)) {
+    if (!tessaly::ComponentDocument::looksLikeComponentDocument(data, sourceName)) {
         useDefinition(veldra::readDefinition(data, sourceName));
         return;
     }

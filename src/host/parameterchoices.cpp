@@ -8,6 +8,7 @@
 #include "tessaly/modelhost.h"
 #include "tessaly/namemap.h"
 #include "tessaly/variant.h"
+#include "veldra/dialogs/sqlliteral.h"
 #include "veldra/records/paraminfo.h"
 
 namespace host {
@@ -59,7 +60,17 @@ QString ParameterChoices::literalFor(const QString &reference, const QString &va
             numbersOnly = numbersOnly && isPlainNumber(key);
         }
     }
-    if (m_lists && definition) {
+    // A quoted literal is a value as the list gives it ('SW'), already safe for the engine.
+    if (value.startsWith(u'\'') && splitLiterals(value).size() == 1 && veldra::isSqlLiteral(value))
+        return value;
+    const ParameterSetting *setting = m_settings.find(reference);
+    if (m_lists && definition && setting && setting->list.isSet()) {
+        const auto values = parameterValuesOf(m_host);
+        if (isPlainNumber(value)) {
+            const ListPage first = m_lists->page(*definition, m_settings, reference, values.get(), m_source, {}, 1);
+            if (first.live && !first.entries.isEmpty() && isPlainNumber(first.entries.first().literal))
+                return value; // the list's values are numbers
+        }
         if (const auto entry = m_lists->match(*definition, m_settings, reference, parameterValuesOf(m_host).get(),
                                               m_source, value))
             return entry->literal;

@@ -19,8 +19,9 @@ const QString modelElement = QStringLiteral("Model");
 const QString padElement = QStringLiteral("Pad");
 } // namespace
 
-bool ComponentDocument::looksLikeComponentDocument(const QByteArray &data)
+bool ComponentDocument::looksLikeComponentDocument(const QByteArray &data, const QString &sourceName)
 {
+    XmlTagReader::checkMarkup(data, sourceName);
     QXmlStreamReader xml(data);
     while (!xml.atEnd()) {
         if (xml.readNext() == QXmlStreamReader::StartElement)

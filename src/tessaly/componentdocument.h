@@ -16,7 +16,10 @@ class zetPrimitivePad;
 class TESSALY_EXPORT ComponentDocument
 {
 public:
-    static bool looksLikeComponentDocument(const QByteArray &data);
+    // Raises tessaly::Error (BadFileFormat) naming sourceName, line and column for markup no
+    // document of ours holds (an element with thousands of attributes), before the parser
+    // spends time on it.
+    static bool looksLikeComponentDocument(const QByteArray &data, const QString &sourceName);
 
     // With a pad, its part is read and written too; a document without one leaves it as it is.
     static void load(const QString &fileName, zetPrimitiveModel &model, zetPrimitivePad *pad = nullptr);

@@ -122,9 +122,6 @@ private Q_SLOTS:
         };
         QCOMPARE(EditSession(document).run(), 0);
 
-        // PostgreSQL resolves no select-list alias in WHERE until the data service does it for
-        // the engine; this line goes when that makes the row pass (XPASS).
-        QEXPECT_FAIL("PostgreSQL, a condition on an alias", "the data service does not resolve the alias yet", Abort);
         QCOMPARE(veldraRun(document), expected);
 
         m_ui->windows = false;

@@ -213,6 +213,39 @@ const Entry entries[] = {
     { CliText::ParamNoValue, u"value: none (give one with --set \"%1=...\")",
       u"値：なし（--set \"%1=...\" で指定してください）" },
     { CliText::NoParameters, u"the query has no parameters", u"この問い合わせにはパラメータがありません" },
+    { CliText::ServeSummary, u"share the components of a folder over HTTP: an API and a web page",
+      u"フォルダーのコンポーネントを HTTP で共有する（API と Web ページ）" },
+    { CliText::ServeDescription,
+      u"Serves every component document (*.component.xml) of DIR over HTTP: a web page at / and an API under "
+      u"/api that needs the token (Authorization: Bearer). Documents added, changed or removed are seen "
+      u"without a restart. See docs/http.md.",
+      u"DIR のすべてのコンポーネント文書（*.component.xml）を HTTP で提供します。/ に Web ページ、/api に"
+      u"トークン（Authorization: Bearer）が必要な API があります。追加・変更・削除された文書は再起動せずに"
+      u"反映されます。docs/http.md を参照してください。" },
+    { CliText::ServeDirArgument, u"the folder of component documents (or directory= in the configuration)",
+      u"コンポーネント文書のフォルダー（設定ファイルの directory= でも可）" },
+    { CliText::ServeConfigOption, u"read the settings of FILE (see packaging/serve.ini)", u"FILE の設定を読む（packaging/serve.ini を参照）" },
+    { CliText::ServeListenOption, u"listen on ADDRESS (default 127.0.0.1; another than loopback needs --token-file)",
+      u"ADDRESS で待ち受ける（既定は 127.0.0.1。ループバック以外には --token-file が必要）" },
+    { CliText::ServePortOption, u"listen on PORT (default 8790; 0 takes a free one)", u"PORT で待ち受ける（既定は 8790。0 で空きポート）" },
+    { CliText::ServeTokenFileOption, u"the file that holds the token (default ~/.config/veldra/serve.token, made when missing)",
+      u"トークンのファイル（既定は ~/.config/veldra/serve.token。なければ作成）" },
+    { CliText::ServeWorkersOption, u"answer N requests at once (default 8)", u"同時に N 件の要求に応答する（既定は 8）" },
+    { CliText::ServeAccessLogOption, u"append the access log to FILE instead of standard error",
+      u"アクセスログを標準エラーではなく FILE に追記する" },
+    { CliText::ServeUsage, u"give one DIR, or directory= in the file of --config (see veldra serve --help)",
+      u"DIR を 1 つ指定するか、--config のファイルに directory= を書いてください（veldra serve --help を参照）" },
+    { CliText::ServeNeedsToken,
+      u"%1 is not a loopback address: serving beyond this machine needs a token file of your own (--token-file "
+      u"or token_file= in the configuration)",
+      u"%1 はループバックアドレスではありません。このマシンの外に提供するには、自分で用意したトークンファイル"
+      u"（--token-file または設定の token_file=）が必要です" },
+    { CliText::ServeListening, u"serving the components of %2 at %3 (%1 found)",
+      u"%2 のコンポーネントを %3 で提供しています（現在 %1 個）" },
+    { CliText::ServeTokenAt, u"the API needs the token in %1 (Authorization: Bearer TOKEN)",
+      u"API には %1 のトークンが必要です（Authorization: Bearer トークン）" },
+    { CliText::ServeStopping, u"stopping: answers in flight have %1 s to finish",
+      u"停止します。応答中のものは %1 秒以内に終えます" },
 };
 
 struct Reason

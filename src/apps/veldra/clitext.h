@@ -90,6 +90,21 @@ enum class CliText {
     ParamValue,
     ParamNoValue,
     NoParameters,
+    // veldra serve
+    ServeSummary,
+    ServeDescription,
+    ServeDirArgument,
+    ServeConfigOption,
+    ServeListenOption,
+    ServePortOption,
+    ServeTokenFileOption,
+    ServeWorkersOption,
+    ServeAccessLogOption,
+    ServeUsage,
+    ServeNeedsToken,
+    ServeListening,
+    ServeTokenAt,
+    ServeStopping,
 };
 
 QString cliText(CliText id);

@@ -31,6 +31,7 @@ int runParams(const QStringList &arguments);
 int runBrowse(const QStringList &arguments);
 int runRegister(const QStringList &arguments);
 int runEdit(const QStringList &arguments);
+int runServe(const QStringList &arguments);
 
 // Whether `veldra edit` can have widgets here: a display to show them on, or a platform named
 // in QT_QPA_PLATFORM. The other commands never need one.

@@ -23,7 +23,7 @@ EditSession::EditSession(const QString &document) : m_document(document), m_exis
     if (!m_exists)
         return;
     const QByteArray data = readInput(document);
-    if (!tessaly::ComponentDocument::looksLikeComponentDocument(data))
+    if (!tessaly::ComponentDocument::looksLikeComponentDocument(data, inputName(document)))
         throw tessaly::Error(tessaly::ErrorNumber::InvalidArgument,
                              cliText(CliText::EditWantsComponent).arg(inputName(document)));
     m_session.load(data, inputName(document));

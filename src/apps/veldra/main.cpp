@@ -39,6 +39,7 @@ const Command commands[] = {
     { u"browse", CliText::BrowseSummary, runBrowse },
     { u"register", CliText::RegisterSummary, runRegister },
     { u"edit", CliText::EditSummary, runEdit },
+    { u"serve", CliText::ServeSummary, runServe },
 };
 
 void printUsage(QTextStream &stream)

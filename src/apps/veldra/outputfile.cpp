@@ -7,40 +7,19 @@
 
 #include <unistd.h>
 
-namespace {
-
-constexpr std::chrono::milliseconds WriteInterval(100);
-
-} // namespace
-
-OutputFile::OutputFile(int fd) : m_fd(fd), m_interactive(::isatty(fd) == 1)
+OutputFile::OutputFile(int fd) : RowOutput(::isatty(fd) == 1), m_fd(fd)
 {
-    m_buffer.reserve(BufferSize + 4096);
 }
 
-void OutputFile::flushIfDue()
+void OutputFile::deliver(const char *data, qsizetype size)
 {
-    if (std::chrono::steady_clock::now() - m_lastWrite >= WriteInterval)
-        flush();
-}
-
-void OutputFile::flush()
-{
-    m_wroteAnything = m_wroteAnything || !m_buffer.isEmpty();
-    const char *p = m_buffer.constData();
-    qsizetype left = m_buffer.size();
-    while (left > 0) {
-        const ssize_t written = ::write(m_fd, p, size_t(left));
+    while (size > 0) {
+        const ssize_t written = ::write(m_fd, data, size_t(size));
         if (written < 0 && errno == EINTR)
             continue;
-        if (written <= 0) {
-            const int error = written < 0 ? errno : EIO;
-            m_buffer.clear();
-            throw OutputError(std::strerror(error));
-        }
-        p += written;
-        left -= written;
+        if (written <= 0)
+            throw OutputError(std::strerror(written < 0 ? errno : EIO));
+        data += written;
+        size -= written;
     }
-    m_buffer.resize(0);
-    m_lastWrite = std::chrono::steady_clock::now();
 }

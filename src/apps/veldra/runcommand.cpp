@@ -51,7 +51,7 @@ int runRun(const QStringList &arguments)
     if (const auto status = parseCommandLine(parser, arguments, QStringLiteral("run")))
         return *status;
     OutputFile output(STDOUT_FILENO);
-    const std::unique_ptr<ResultPrinter> printer = ResultPrinter::create(parser.value(format), output);
+    const std::unique_ptr<ResultPrinter> printer = createPrinter(parser.value(format), output);
     if (parser.positionalArguments().size() != 1 || !printer) {
         err() << "veldra run: " << cliText(CliText::RunUsage) << Qt::endl;
         return exitcode::badInput;

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "resultprinter.h"
+#include "host/resultprinter.h"
+
+namespace host {
 
 // RFC 4180 with CR LF line ends. The header line is always printed, even for no rows. NULL is
 // an empty field and empty text a quoted empty field (""), so the two stay apart; a BLOB is
@@ -31,3 +33,5 @@ private:
 
     int m_column = 0;
 };
+
+} // namespace host

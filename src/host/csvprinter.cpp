@@ -1,6 +1,6 @@
-#include "csvprinter.h"
+#include "host/csvprinter.h"
 
-#include "outputfile.h"
+namespace host {
 
 namespace {
 
@@ -67,3 +67,5 @@ void CsvPrinter::finish()
 {
     m_out.flush();
 }
+
+} // namespace host

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "resultprinter.h"
+#include "host/resultprinter.h"
+
+namespace host {
 
 // One JSON object: "columns", the column names in order (duplicates kept), then "rows", one
 // array of values per row in column order, then "truncated". Numbers are JSON numbers (a
@@ -39,3 +41,5 @@ private:
     int m_column = 0;
     bool m_anyRow = false;
 };
+
+} // namespace host

@@ -1,8 +1,8 @@
-#include "jsonprinter.h"
-
-#include "outputfile.h"
+#include "host/jsonprinter.h"
 
 #include "dataservice/utf8.h"
+
+namespace host {
 
 namespace {
 
@@ -155,3 +155,5 @@ void JsonPrinter::finish()
     m_out.write(truncated() ? "true}\n" : "false}\n");
     m_out.flush();
 }
+
+} // namespace host
