@@ -57,6 +57,7 @@ public:
     // settings before stay then.
     const HostSettings &settings() const { return m_settings; }
     void setSettings(const HostSettings &settings);
+    HostSettings &settings() { return m_settings; }
 
     // The data source the component runs on instead of the one it names; the relative defaults
     // are written again for its engine.

@@ -214,6 +214,12 @@ void HostSettings::check(const veldra::SQLInfo &definition) const
     }
 }
 
+void HostSettings::dropOthers(const veldra::SQLInfo &definition)
+{
+    const auto &known = definition.parameters();
+    parameters.removeIf([&](const ParameterSetting &setting) { return !known || !known->contains(setting.reference); });
+}
+
 QStringList HostSettings::dependencies(const QString &reference) const
 {
     const ParameterSetting *setting = find(reference);

@@ -64,6 +64,9 @@ public:
     // lists whose filters refer to each other in a cycle (naming every parameter in it).
     void check(const veldra::SQLInfo &definition) const;
 
+    // Without the settings of parameters the query no longer has (after an edit of the query).
+    void dropOthers(const veldra::SQLInfo &definition);
+
     // The parameters a live list's filter refers to, in the order of the filter.
     QStringList dependencies(const QString &reference) const;
     // The live lists whose filter refers to reference, directly or through another list.

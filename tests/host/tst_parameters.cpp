@@ -2,6 +2,7 @@
 #include "host/livelists.h"
 #include "host/parameterchoices.h"
 #include "host/parameterliteral.h"
+#include "host/savetarget.h"
 
 #include "dataservice/dataservice.h"
 #include "dataservice/rowsink.h"
@@ -144,8 +145,11 @@ private Q_SLOTS:
         host::HostSettings settings = session.settings();
         settings.edit("@@@Region").list.filter = "country = @@@Country AND name <> 'a\x01<b>\"'";
         session.setSettings(settings);
+        // veldra edit saves through saveKeepingWork: the settings go along.
+        const QString path = m_dir.filePath("edited.component.xml");
+        QCOMPARE(host::saveKeepingWork(path, *session.model(), nullptr, &session.settings()).failure, QString());
         host::ComponentSession reloaded;
-        reloaded.load(session.save(), "saved");
+        reloaded.load(path);
         QVERIFY(reloaded.settings() == settings);
         QCOMPARE(slot(reloaded, "@@@Region"), "'NE','NW'");
     }

@@ -480,10 +480,7 @@ void StudioWindow::editQuery()
             return;
         host::seedRunInputs(m_component.site->modelHost(), before);
         // Settings of parameters the edit took out go with them; the others stay.
-        const auto parameters = host::definitionOf(m_component.site->modelHost())->parameters();
-        m_settings.parameters.removeIf([&](const host::ParameterSetting &setting) {
-            return !parameters || !parameters->contains(setting.reference);
-        });
+        m_settings.dropOthers(*host::definitionOf(m_component.site->modelHost()));
         m_parameters->bind(m_component.site->modelHost(), m_settings, m_source);
         // Finish without a change gives an equal copy of the query: nothing to save for that.
         m_queryChanged = m_queryChanged || documentBytes() != document;
