@@ -108,7 +108,7 @@ void ParameterPanel::bind(tessaly::ModelHost &host, const host::HostSettings &se
         caption->setBuddy(row.search);
         row.list = new QListWidget;
         row.list->setObjectName(controlName("ParamList", setting.reference));
-        row.list->setAccessibleName(title);
+        row.list->setAccessibleName(studioText(StudioText::ValuesOf).arg(title));
         row.list->setMaximumHeight(row.list->fontMetrics().lineSpacing() * 8);
         row.note = new QLabel;
         row.note->setObjectName(controlName("ParamNote", setting.reference));

@@ -109,9 +109,10 @@ constexpr Entry entries[] = {
     { u"&Order by:", u"並べ替え(&O):" },
     { u"Desc&ending", u"降順(&E)" },
     { u"&Keep the list for (seconds):", u"一覧を保持する秒数(&K):" },
+    { u"Values of %1", u"%1 の値" },
 };
 
-static_assert(std::size(entries) == size_t(StudioText::SettingsCache) + 1, "one entry per StudioText");
+static_assert(std::size(entries) == size_t(StudioText::ValuesOf) + 1, "one entry per StudioText");
 
 } // namespace
 

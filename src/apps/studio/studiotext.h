@@ -89,6 +89,7 @@ enum class StudioText {
     SettingsOrder,
     SettingsDescending,
     SettingsCache,
+    ValuesOf,
 };
 
 QString studioText(StudioText id);
