@@ -13,9 +13,9 @@ namespace tessaly {
 
 class zetPrimitiveModel;
 
-// The host side of a model site. It records the slots a model declares and the changes it
-// reports, and, as the framework does, answers a slot-changed report by writing the slot's
-// value back into the model, so the model's re-entrancy guards are exercised for real.
+// The host side of a model site. It records the slots a model declares and, as the framework
+// does, answers a slot-changed report by writing the slot's value back into the model, so the
+// model's re-entrancy guards are exercised for real.
 class TESSALY_EXPORT ModelHost final : public zetModelSite
 {
 public:
@@ -36,10 +36,6 @@ public:
     bool hasSlot(const QString &name) const;
     QStringList slotNames() const;
 
-    // Every report in order: a slot name, or the change code as "#code".
-    const QStringList &reports() const { return m_reports; }
-    void clearReports() { m_reports.clear(); }
-
     // Told of every slot the model reports changed, before the framework's echo write: how a
     // host keeps what shows a slot (a pad's children) current.
     void setSlotListener(std::function<void(const QString &)> listener) { m_listener = std::move(listener); }
@@ -55,7 +51,6 @@ private:
 
     zetPrimitiveModel *m_model;
     QList<Slot> m_slots;
-    QStringList m_reports;
     std::function<void(const QString &)> m_listener;
     int m_echoDepth = 0;
 };
