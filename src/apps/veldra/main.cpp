@@ -47,7 +47,19 @@ void printUsage(QTextStream &stream)
     stream << cliText(CliText::Usage) << "\n\n" << cliText(CliText::CommandsHeading) << '\n';
     for (const Command &command : commands)
         stream << "  " << QString::fromUtf16(command.name).leftJustified(10) << cliText(command.summary) << '\n';
+    stream << "  " << QStringLiteral("help").leftJustified(10) << cliText(CliText::HelpSummary) << "\n\n"
+           << cliText(CliText::OptionsHeading) << '\n'
+           << "  " << QStringLiteral("--version").leftJustified(10) << cliText(CliText::VersionOption) << '\n'
+           << "  " << QStringLiteral("--help").leftJustified(10) << cliText(CliText::HelpOption) << '\n';
     stream << '\n' << cliText(CliText::MoreHelp) << '\n';
+}
+
+// "veldra help COMMAND" is "veldra COMMAND --help", as people try both.
+QStringList helpAsOption(const QStringList &arguments)
+{
+    if (arguments.size() == 3 && arguments.at(1) == u"help")
+        return { arguments.at(0), arguments.at(2), QStringLiteral("--help") };
+    return arguments;
 }
 
 } // namespace
@@ -64,9 +76,9 @@ int main(int argc, char **argv)
     const std::unique_ptr<QTranslator> translator(createParserTranslator());
     if (translator)
         QCoreApplication::installTranslator(translator.get());
-    const QStringList arguments = QCoreApplication::arguments();
+    const QStringList arguments = helpAsOption(QCoreApplication::arguments());
     if (arguments.size() < 2 || arguments.at(1) == u"--help" || arguments.at(1) == u"-h"
-        || arguments.at(1) == u"--help-all") {
+        || arguments.at(1) == u"--help-all" || (arguments.size() == 2 && arguments.at(1) == u"help")) {
         printUsage(arguments.size() < 2 ? err() : out());
         return arguments.size() < 2 ? exitcode::badInput : exitcode::ok;
     }
