@@ -3,12 +3,12 @@
 #include "command.h"
 #include "outputerror.h"
 
+#include "host/translations.h"
 #include "tessaly/error.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QCoreApplication>
-#include <QTranslator>
 
 #include <cerrno>
 #include <cstdio>
@@ -49,8 +49,8 @@ void printUsage(QTextStream &stream)
         stream << "  " << QString::fromUtf16(command.name).leftJustified(10) << cliText(command.summary) << '\n';
     stream << "  " << QStringLiteral("help").leftJustified(10) << cliText(CliText::HelpSummary) << "\n\n"
            << cliText(CliText::OptionsHeading) << '\n'
-           << "  " << QStringLiteral("--version").leftJustified(10) << cliText(CliText::VersionOption) << '\n'
-           << "  " << QStringLiteral("--help").leftJustified(10) << cliText(CliText::HelpOption) << '\n';
+           << "  " << QStringLiteral("--version").leftJustified(12) << cliText(CliText::VersionOption) << '\n'
+           << "  " << QStringLiteral("--help").leftJustified(12) << cliText(CliText::HelpOption) << '\n';
     stream << '\n' << cliText(CliText::MoreHelp) << '\n';
 }
 
@@ -73,9 +73,7 @@ int main(int argc, char **argv)
     QCoreApplication::setApplicationName(QStringLiteral("veldra"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VELDRA_VERSION));
     tessaly::UiService::setInstance(std::make_shared<CliUiService>());
-    const std::unique_ptr<QTranslator> translator(createParserTranslator());
-    if (translator)
-        QCoreApplication::installTranslator(translator.get());
+    host::installTranslations(*app);
     const QStringList arguments = helpAsOption(QCoreApplication::arguments());
     if (arguments.size() < 2 || arguments.at(1) == u"--help" || arguments.at(1) == u"-h"
         || arguments.at(1) == u"--help-all" || (arguments.size() == 2 && arguments.at(1) == u"help")) {
