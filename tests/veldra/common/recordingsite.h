@@ -7,39 +7,19 @@
 
 #include <QStringList>
 
-#include <memory>
-
 namespace testdefs {
 
-class RecordingModelSite final : public tessaly::zetModelSite
+struct RecordingModelSite final : tessaly::zetModelSite
 {
-public:
-    explicit RecordingModelSite(std::shared_ptr<tessaly::ModelHost> host) : m_host(std::move(host)) { }
+    explicit RecordingModelSite(std::shared_ptr<tessaly::ModelHost> host) : host(std::move(host)) { }
+    void declareSlot(const QString &name, const QString &text) override { host->declareSlot(name, text); }
+    bool declareParameterSlot(const QString &name, const QString &text) override { return host->declareParameterSlot(name, text); }
+    void removeSlot(const QString &name) override { host->removeSlot(name); }
+    void reportSlotChanged(const QString &name) override { reports.append(name); host->reportSlotChanged(name); }
+    void reportChangeCode(int code) override { reports.append(u'#' + QString::number(code)); host->reportChangeCode(code); }
 
+    std::shared_ptr<tessaly::ModelHost> host;
     QStringList reports;
-
-    void declareSlot(const QString &name, const QString &description) override
-    {
-        m_host->declareSlot(name, description);
-    }
-    bool declareParameterSlot(const QString &name, const QString &description) override
-    {
-        return m_host->declareParameterSlot(name, description);
-    }
-    void removeSlot(const QString &name) override { m_host->removeSlot(name); }
-    void reportSlotChanged(const QString &name) override
-    {
-        reports.append(name);
-        m_host->reportSlotChanged(name);
-    }
-    void reportChangeCode(int code) override
-    {
-        reports.append(u'#' + QString::number(code));
-        m_host->reportChangeCode(code);
-    }
-
-private:
-    std::shared_ptr<tessaly::ModelHost> m_host;
 };
 
 } // namespace testdefs
