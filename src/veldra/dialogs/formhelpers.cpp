@@ -123,6 +123,14 @@ void refillComboBoxKeepingShown(QComboBox *combo, const QStringList &entries)
     refillComboBox(combo, entries, std::max(0, int(entries.indexOf(combo->currentText()))));
 }
 
+QString nameFromCaption(StringId caption)
+{
+    QString name = text(caption).trimmed();
+    if (name.endsWith(u':') || name.endsWith(u'\uFF1A'))
+        name.chop(1);
+    return name;
+}
+
 int textWidth(const QWidget *widget, int characters)
 {
     // A Latin letter, not the font's average: a font with Japanese glyphs averages twice as wide.

@@ -46,6 +46,8 @@ QPushButton *addButton(QDialogButtonBox *box, const QString &objectName, StringI
 void refillComboBox(QComboBox *combo, const QStringList &entries, int current);
 // The same, showing again the entry that was shown, or else the first.
 void refillComboBoxKeepingShown(QComboBox *combo, const QStringList &entries);
+// A caption as a control's name for assistive technology: without its closing colon.
+QString nameFromCaption(StringId caption);
 
 // The width of `characters` average characters in the widget's font.
 int textWidth(const QWidget *widget, int characters);
