@@ -85,7 +85,6 @@ void BM_RebuildThroughSlotWrite(benchmark::State &state)
     int i = 0;
     for (auto _ : state) {
         hosted.host->setSlotValue(QStringLiteral("@@@P1"), values[i++ & 1]);
-        hosted.host->clearReports();
     }
 }
 

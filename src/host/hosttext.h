@@ -4,8 +4,9 @@
 
 namespace host {
 
-// The texts the hosts share, in English and Japanese, following the component's language
-// choice (VELDRA_LANG=en|ja, otherwise the locale). Each host words its own messages; these
+// The texts the hosts share: English in the source, other languages through Qt's translation
+// files (translations.h), following the component's language choice (VELDRA_LANG=en|ja,
+// otherwise the locale). Each host words its own messages; these
 // are the ones they say alike.
 enum class HostText {
     NotAnInput,

@@ -88,7 +88,6 @@ void ModelHost::dropRemoved()
 
 void ModelHost::reportSlotChanged(const QString &name)
 {
-    m_reports.append(name);
     if (m_echoDepth >= maximumEchoDepth)
         throw Error(ErrorNumber::Fail, QStringLiteral("slot %1: change reports do not settle").arg(name));
     ++m_echoDepth;
@@ -98,16 +97,9 @@ void ModelHost::reportSlotChanged(const QString &name)
     m_model->zetPrimitiveModel_onSetSlotValue(name, m_model->zetPrimitiveModel_onGetSlotValue(name));
 }
 
-void ModelHost::reportChangeCode(int code)
+void ModelHost::reportChangeCode(int)
 {
-    // Codes are reported on every write; the usual ones are spelled once.
-    static const QStringList spelled = [] {
-        QStringList codes;
-        for (int code = 0; code < 32; ++code)
-            codes.append(u'#' + QString::number(code));
-        return codes;
-    }();
-    m_reports.append(code >= 0 && code < spelled.size() ? spelled.at(code) : u'#' + QString::number(code));
+    // The framework only passes change codes on to whoever watches the component.
 }
 
 } // namespace tessaly

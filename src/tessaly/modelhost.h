@@ -14,9 +14,9 @@ namespace tessaly {
 
 class zetPrimitiveModel;
 
-// The host side of a model site. It records the slots a model declares and the changes it
-// reports, and, as the framework does, answers a slot-changed report by writing the slot's
-// value back into the model, so the model's re-entrancy guards are exercised for real.
+// The host side of a model site. It records the slots a model declares and, as the framework
+// does, answers a slot-changed report by writing the slot's value back into the model, so the
+// model's re-entrancy guards are exercised for real.
 class TESSALY_EXPORT ModelHost final : public zetModelSite
 {
 public:
@@ -37,10 +37,6 @@ public:
     QList<Slot> declaredSlots() const;
     bool hasSlot(const QString &name) const;
     QStringList slotNames() const;
-
-    // Every report in order: a slot name, or the change code as "#code".
-    const QStringList &reports() const { return m_reports; }
-    void clearReports() { m_reports.clear(); }
 
     // Told of every slot the model reports changed, before the framework's echo write: how a
     // host keeps what shows a slot (a pad's children) current.
@@ -73,7 +69,6 @@ private:
     QList<Entry> m_slots;
     QHash<QString, qsizetype> m_positions; // name -> its entry
     qsizetype m_removed = 0;
-    QStringList m_reports;
     std::function<void(const QString &)> m_listener;
     int m_echoDepth = 0;
 };

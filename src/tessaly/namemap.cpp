@@ -28,6 +28,15 @@ QString NameMap::key(int index) const
     return m_entries.at(index).key;
 }
 
+QStringList NameMap::keys() const
+{
+    QStringList keys;
+    keys.reserve(m_entries.size());
+    for (const Entry &entry : m_entries)
+        keys.append(entry.key);
+    return keys;
+}
+
 QVariant NameMap::item(int index) const
 {
     checkIndex(index);

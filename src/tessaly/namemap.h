@@ -5,6 +5,7 @@
 
 #include <QHash>
 #include <QList>
+#include <QStringList>
 #include <QVariant>
 
 #include <type_traits>
@@ -24,6 +25,8 @@ public:
     bool isEmpty() const { return m_entries.isEmpty(); }
     // Raise SubscriptOutOfRange outside 0..count()-1.
     QString key(int index) const;
+    // Every key, in order.
+    QStringList keys() const;
     QVariant item(int index) const;
     // The value of a key, or an invalid QVariant when the key is not held.
     QVariant item(const QString &key) const;

@@ -188,6 +188,13 @@ void tst_Cli::commandsAnswerWithStatusAndMessage_data()
     QTest::newRow("browse reports an unknown data source")
             << QStringList { "browse", "SQLite", "Nope" } << 1 << "" << "Error Code: 80045003";
     QTest::newRow("unknown command") << QStringList { "frobnicate" } << 2 << "" << "unknown command";
+    QTest::newRow("a format in capitals") << QStringList { "run", component, "--format", "CSV" } << 0 << "Region,"
+                                          << "";
+    QTest::newRow("an unknown format is named")
+            << QStringList { "run", component, "--format", "yaml" } << 2 << "" << "veldra run: --format \"yaml\"";
+    QTest::newRow("help COMMAND is COMMAND --help") << QStringList { "help", "run" } << 0 << "Usage: veldra run" << "";
+    QTest::newRow("a bad --set is said by its command")
+            << QStringList { "run", component, "--set", "novalue" } << 2 << "" << "veldra run: --set wants NAME=VALUE";
     QTest::newRow("edit help needs no display") << QStringList { "edit", "--help" } << 0 << "Usage: veldra edit" << "";
     QTest::newRow("edit wants one document") << QStringList { "edit" } << 2 << "" << "exactly one DOC";
     QTest::newRow("edit refuses a document that is not a component")
@@ -346,6 +353,8 @@ void tst_Cli::failuresGiveOneStatusAndTheirCause_data()
             << missing << QStringList{ "browse", "SQLite", "Miss" } << 1 << "veldra.db of data source Miss does not exist";
     QTest::newRow("browse reports the failure once")
             << missing << QStringList{ "browse", "SQLite", "Miss", "main" } << 1 << "Error Code: 80045009";
+    QTest::newRow("browse a provider with nothing configured says how to configure one")
+            << "" << QStringList{ "browse", "PostgreSQL" } << 1 << "add a group with provider=PostgreSQL to";
 }
 
 void tst_Cli::failuresGiveOneStatusAndTheirCause()
@@ -372,6 +381,7 @@ void tst_Cli::helpVersionAndStandardInput()
     QVERIFY(help.out.startsWith("Usage: veldra register"));
     QVERIFY(!QFile::exists(registry));
 
+    QVERIFY(veldra({ "--help" }).out.contains("--version"));
     const Result version = veldra({ "--version" });
     QCOMPARE(version.status, 0);
     QVERIFY2(version.out.startsWith("veldra ") && version.out.contains('.'), qPrintable(version.out));

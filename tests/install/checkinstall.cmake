@@ -18,6 +18,7 @@ set(expected
     ${LIBDIR}/libVeldra.so ${LIBDIR}/libVeldra.so.${VERSION_MAJOR} ${LIBDIR}/libtessaly.so ${LIBDIR}/libtessaly.so.${VERSION_MAJOR}
     ${LIBDIR}/libVeldraUi.so.${VERSION_MAJOR} ${LIBDIR}/libtessalywidgets.so.${VERSION_MAJOR}
     share/veldra/samples/sales-by-region.xml share/veldra/samples/sample.sql share/man/man1/veldra-studio.1.gz
+    share/veldra/translations/veldra_ja.qm
     share/doc/veldra/README.md share/doc/veldra/cli.md share/doc/veldra/protocol.md
     share/doc/veldra/copyright share/doc/veldra/changelog.gz share/doc/veldra-dev/copyright)
 foreach(file IN LISTS expected)
@@ -50,6 +51,11 @@ must_run(${CMAKE_COMMAND} -E env --unset=VELDRA_SAMPLE_DB --unset=LD_LIBRARY_PAT
     ${prefix}/bin/veldra run ${prefix}/share/veldra/samples/sales-by-region.component.xml --format csv)
 if(NOT output MATCHES "^Region,Segment,Orders,Revenue" OR NOT output MATCHES "North East,Small business,")
     message(FATAL_ERROR "the installed veldra printed:\n${output}")
+endif()
+# It speaks Japanese from its own installed translation.
+must_run(${CMAKE_COMMAND} -E env --unset=LD_LIBRARY_PATH VELDRA_LANG=ja ${prefix}/bin/veldra --help)
+if(NOT output MATCHES "^使い方：veldra")
+    message(FATAL_ERROR "the installed veldra does not speak Japanese:\n${output}")
 endif()
 
 # Only the public headers and the export headers are installed, each where the sources include

@@ -1,6 +1,7 @@
 #include "studiotext.h"
 #include "studiowindow.h"
 
+#include "host/translations.h"
 #include "tessaly/widgets/widgetuiservice.h"
 
 #include <QApplication>
@@ -37,6 +38,7 @@ int main(int argc, char **argv)
     QApplication::setApplicationName(QStringLiteral("veldra-studio"));
     QApplication::setDesktopFileName(QStringLiteral("veldra-studio"));
     installQtTranslations(app);
+    host::installTranslations(app);
     tessaly::UiService::setInstance(std::make_shared<tessaly::WidgetUiService>());
     int status = 0;
     {

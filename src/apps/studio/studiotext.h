@@ -5,7 +5,8 @@
 class QCoreApplication;
 
 // The studio's own captions. The component's texts come from its string table; these belong to
-// the host, in the same two languages, following the same language choice.
+// the host: English in the source, other languages through Qt's translation files
+// (host/translations.h), following the same language choice.
 enum class StudioText {
     FileMenu,
     NewAction,

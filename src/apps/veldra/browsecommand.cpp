@@ -3,6 +3,7 @@
 #include "errorrecordingproxy.h"
 
 #include "dataservice/dataservice.h"
+#include "dataservice/datasourcecatalog.h"
 #include "dataservice/localserviceproxy.h"
 #include "tessaly/namemap.h"
 #include "veldra/service/tsaccessor.h"
@@ -13,8 +14,8 @@ namespace {
 
 void printKeys(const tessaly::NameMap &map)
 {
-    for (int i = 0; i < map.count(); ++i)
-        out() << map.key(i) << '\n';
+    for (const QString &key : map.keys())
+        out() << key << '\n';
 }
 
 } // namespace
@@ -51,6 +52,13 @@ int runBrowse(const QStringList &arguments)
         else
             err() << "veldra browse: " << cliText(CliText::NothingFound).arg(path.isEmpty() ? QStringLiteral("/") : path.join(u'/'))
                   << Qt::endl;
+        return exitcode::noResult;
+    }
+    if (level->isEmpty() && path.size() == 1) {
+        err() << "veldra browse: "
+              << cliText(CliText::NoDataSourceConfigured)
+                         .arg(path.constFirst(), dataservice::DataSourceCatalog::configurationPath())
+              << Qt::endl;
         return exitcode::noResult;
     }
     printKeys(*level);

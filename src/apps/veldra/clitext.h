@@ -2,16 +2,18 @@
 
 #include <QString>
 
-class QTranslator;
-
-// The tool's own texts, in English and Japanese. The component's string table is the
-// component's; these belong to the command line only. The language is the component's:
-// VELDRA_LANG=en|ja, otherwise the locale.
+// The tool's own texts: English in the source, other languages through Qt's translation files
+// (host/translations.h). The component's string table is the component's; these belong to the
+// command line only. The language is the component's: VELDRA_LANG=en|ja, otherwise the locale.
 enum class CliText {
     // veldra --help
     Usage,
     CommandsHeading,
     MoreHelp,
+    OptionsHeading,
+    VersionOption,
+    HelpOption,
+    HelpSummary,
     UnknownCommand,
     SqlSummary,
     RequestSummary,
@@ -63,6 +65,7 @@ enum class CliText {
     EditWantsComponent,
     PlatformShowsNoWindows,
     RunUsage,
+    UnknownFormat,
     BrowseUsage,
     RegisterUsage,
     SetWantsAssignment,
@@ -76,6 +79,7 @@ enum class CliText {
     EditNotSaved,
     EditKept,
     NothingFound,
+    NoDataSourceConfigured,
     NoSuchDataSource,
     CapNotice,
     WriteFailed,
@@ -116,6 +120,3 @@ QString rowCountLine(qint64 rows, qint64 cap);
 // the error number leads the service's own message.
 QString serviceReason(qint32 number, const QString &message);
 
-// Japanese for the texts of QCommandLineParser (usage line, headings, its own options and
-// errors); nullptr when the language is English. Owned by the caller.
-QTranslator *createParserTranslator();

@@ -3,12 +3,12 @@
 #include "command.h"
 #include "outputerror.h"
 
+#include "host/translations.h"
 #include "tessaly/error.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QCoreApplication>
-#include <QTranslator>
 
 #include <cerrno>
 #include <cstdio>
@@ -47,7 +47,19 @@ void printUsage(QTextStream &stream)
     stream << cliText(CliText::Usage) << "\n\n" << cliText(CliText::CommandsHeading) << '\n';
     for (const Command &command : commands)
         stream << "  " << QString::fromUtf16(command.name).leftJustified(10) << cliText(command.summary) << '\n';
+    stream << "  " << QStringLiteral("help").leftJustified(10) << cliText(CliText::HelpSummary) << "\n\n"
+           << cliText(CliText::OptionsHeading) << '\n'
+           << "  " << QStringLiteral("--version").leftJustified(12) << cliText(CliText::VersionOption) << '\n'
+           << "  " << QStringLiteral("--help").leftJustified(12) << cliText(CliText::HelpOption) << '\n';
     stream << '\n' << cliText(CliText::MoreHelp) << '\n';
+}
+
+// "veldra help COMMAND" is "veldra COMMAND --help", as people try both.
+QStringList helpAsOption(const QStringList &arguments)
+{
+    if (arguments.size() == 3 && arguments.at(1) == u"help")
+        return { arguments.at(0), arguments.at(2), QStringLiteral("--help") };
+    return arguments;
 }
 
 } // namespace
@@ -61,12 +73,10 @@ int main(int argc, char **argv)
     QCoreApplication::setApplicationName(QStringLiteral("veldra"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VELDRA_VERSION));
     tessaly::UiService::setInstance(std::make_shared<CliUiService>());
-    const std::unique_ptr<QTranslator> translator(createParserTranslator());
-    if (translator)
-        QCoreApplication::installTranslator(translator.get());
-    const QStringList arguments = QCoreApplication::arguments();
+    host::installTranslations(*app);
+    const QStringList arguments = helpAsOption(QCoreApplication::arguments());
     if (arguments.size() < 2 || arguments.at(1) == u"--help" || arguments.at(1) == u"-h"
-        || arguments.at(1) == u"--help-all") {
+        || arguments.at(1) == u"--help-all" || (arguments.size() == 2 && arguments.at(1) == u"help")) {
         printUsage(arguments.size() < 2 ? err() : out());
         return arguments.size() < 2 ? exitcode::badInput : exitcode::ok;
     }

@@ -6,8 +6,9 @@
 #include "host/csvprinter.h"
 #include "host/jsonprinter.h"
 
-std::unique_ptr<ResultPrinter> createPrinter(const QString &format, OutputFile &out)
+std::unique_ptr<ResultPrinter> createPrinter(const QString &formatName, OutputFile &out)
 {
+    const QString format = formatName.toLower();
     if (format == u"table")
         return std::make_unique<TablePrinter>(out);
     if (format == u"csv")

@@ -52,7 +52,11 @@ int runRun(const QStringList &arguments)
         return *status;
     OutputFile output(STDOUT_FILENO);
     const std::unique_ptr<ResultPrinter> printer = createPrinter(parser.value(format), output);
-    if (parser.positionalArguments().size() != 1 || !printer) {
+    if (!printer) {
+        err() << "veldra run: " << cliText(CliText::UnknownFormat).arg(parser.value(format)) << Qt::endl;
+        return exitcode::badInput;
+    }
+    if (parser.positionalArguments().size() != 1) {
         err() << "veldra run: " << cliText(CliText::RunUsage) << Qt::endl;
         return exitcode::badInput;
     }

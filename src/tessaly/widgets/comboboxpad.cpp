@@ -28,14 +28,12 @@ void ComboBoxPad::setList(const QVariant &value)
     const auto map = objectCast<NameMap>(variant::heldObject(value));
     if (!map && value.isValid())
         throw Error(ErrorNumber::TypeMismatch, QStringLiteral("\"List\" takes a NameMap"));
-    m_keys.clear();
+    m_keys = map ? map->keys() : QStringList();
     m_values.clear();
     if (map) {
         const int count = map->count();
-        m_keys.reserve(count);
         m_values.reserve(count);
         for (int i = 0; i < count; ++i) {
-            m_keys.append(map->key(i));
             const QVariant item = map->item(i);
             m_values.append(item.metaType() == QMetaType::fromType<QString>() ? item.toString() : variant::toText(item));
         }

@@ -90,7 +90,6 @@ void PadSite::declarePadSlot(const QString &name, const QString &)
 
 void PadSite::reportSlotChanged(const QString &name)
 {
-    m_padReports.append(name);
     if (!m_pad)
         return;
     if (m_echoDepth >= maximumEchoDepth)
@@ -105,9 +104,9 @@ void PadSite::reportSlotChanged(const QString &name)
     m_pad->zetPrimitivePad_onSetSlotValue(name, value);
 }
 
-void PadSite::reportChangeCode(int code)
+void PadSite::reportChangeCode(int)
 {
-    m_padReports.append(u'#' + QString::number(code));
+    // Change codes go to whoever watches the component; nothing here does.
 }
 
 void PadSite::watchModelSlot(const QString &name, bool *accepted)

@@ -43,10 +43,6 @@ public:
     ModelHost &modelHost() { return *m_host; }
     zetPrimitivePad *pad() const { return m_pad; }
     QWidget *face() const { return m_face; }
-    const QStringList &padSlots() const { return m_padSlots; }
-    const QStringList &watchedSlots() const { return m_watched; }
-    // Every report of the pad in order: a slot name, or the change code as "#code".
-    const QStringList &padReports() const { return m_padReports; }
     const QList<ChildPadWidget *> &children() const { return m_children; }
 
     // Tests give a site its own registry; by default it is the process's.
@@ -85,7 +81,6 @@ private:
     const ChildPadRegistry *m_registry;
     QStringList m_padSlots;
     QStringList m_watched;
-    QStringList m_padReports;
     QList<ChildPadWidget *> m_children;
     int m_echoDepth = 0;
 };

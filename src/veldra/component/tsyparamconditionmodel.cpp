@@ -311,17 +311,6 @@ void TsyParamConditionModel::declareReferencedParameterSlots(bool withValues)
     });
 }
 
-void TsyParamConditionModel::declareParameterSlots()
-{
-    if (!m_site || !m_definition || !m_definition->parameters())
-        return;
-    const auto definitions = m_definition->parameters();
-    for (int i = 0; i < definitions->count(); ++i) {
-        const auto parameter = definitions->objectAt<ParamInfo>(i);
-        m_site->declareParameterSlot(definitions->key(i), parameter ? parameter->title() : QString());
-    }
-}
-
 bool TsyParamConditionModel::zetPrimitiveModel_onSave(tessaly::TagStream &stream)
 {
     if (!m_default->zetPrimitiveModel_onSave(stream))

@@ -37,8 +37,6 @@ public:
     // The run-time request's target block and table list.
     QString createTarget() const;
     QString getTableNames() const;
-    // Declares a slot for every parameter of the definition, keeping the current values.
-    void declareParameterSlots();
 
     // Why the current state yields no request; empty when it yields one.
     QString missingRequestPiece() const;

@@ -8,17 +8,6 @@
 
 namespace veldra {
 
-namespace {
-QStringList keys(const tessaly::NameMap &map)
-{
-    QStringList keys;
-    keys.reserve(map.count());
-    for (int i = 0; i < map.count(); ++i)
-        keys.append(map.key(i));
-    return keys;
-}
-} // namespace
-
 void DBGetDecision::start(TSAccessor *accessor, const std::shared_ptr<dbInfo> &database)
 {
     m_accessor = accessor;
@@ -41,7 +30,7 @@ QStringList DBGetDecision::tables()
         return {};
     const auto tables = m_accessor->GetTablesAt(m_database->provider(), m_database->dsn(), m_database->catalog());
     if (tables)
-        m_tables = keys(*tables);
+        m_tables = tables->keys();
     return m_tables;
 }
 
@@ -55,7 +44,7 @@ QStringList DBGetDecision::columns() const
     const auto table = m_accessor->GetTableInfoAt(m_database->provider(), m_database->dsn(),
                                                   m_database->catalog(), m_table);
     if (table && table->columns())
-        entries += keys(*table->columns());
+        entries += table->columns()->keys();
     return entries;
 }
 

@@ -4,14 +4,17 @@
 #include "tessaly/uiservice.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSignalBlocker>
 #include <QTreeWidget>
 
+#include <algorithm>
 #include <exception>
 
 namespace veldra::form {
@@ -105,6 +108,19 @@ QPushButton *addButton(QDialogButtonBox *box, const QString &objectName, StringI
     QPushButton *button = box->addButton(text(caption), role);
     button->setObjectName(objectName);
     return button;
+}
+
+void refillComboBox(QComboBox *combo, const QStringList &entries, int current)
+{
+    const QSignalBlocker blocker(combo);
+    combo->clear();
+    combo->addItems(entries);
+    combo->setCurrentIndex(current);
+}
+
+void refillComboBoxKeepingShown(QComboBox *combo, const QStringList &entries)
+{
+    refillComboBox(combo, entries, std::max(0, int(entries.indexOf(combo->currentText()))));
 }
 
 QString nameFromCaption(StringId caption)

@@ -7,6 +7,7 @@
 #include <functional>
 
 class QCheckBox;
+class QComboBox;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
@@ -41,6 +42,10 @@ QDialogButtonBox *newButtonBox(QWidget *parent);
 QPushButton *addButton(QDialogButtonBox *box, const QString &objectName, StringId caption,
                        QDialogButtonBox::ButtonRole role);
 
+// Fills a combo box anew without telling its listeners, showing the entry at `current` (-1: none).
+void refillComboBox(QComboBox *combo, const QStringList &entries, int current);
+// The same, showing again the entry that was shown, or else the first.
+void refillComboBoxKeepingShown(QComboBox *combo, const QStringList &entries);
 // A caption as a control's name for assistive technology: without its closing colon.
 QString nameFromCaption(StringId caption);
 

@@ -157,10 +157,7 @@ void WizParamDBGetDialog::tableChosen()
 
 void WizParamDBGetDialog::fillColumns(QComboBox *combo, const QStringList &entries)
 {
-    const QSignalBlocker blocker(combo);
-    combo->clear();
-    combo->addItems(entries);
-    combo->setCurrentIndex(entries.isEmpty() ? -1 : 0);
+    form::refillComboBox(combo, entries, entries.isEmpty() ? -1 : 0);
 }
 
 void WizParamDBGetDialog::keyColumnChosen()
@@ -187,15 +184,11 @@ void WizParamDBGetDialog::showResult()
     m_names->clear();
     const std::shared_ptr<tessaly::NameMap> stored = m_decision.valuesToStore();
     const tessaly::NameMap &pairs = *stored;
-    QStringList keys;
     QStringList names;
-    keys.reserve(pairs.count());
     names.reserve(pairs.count());
-    for (int i = 0; i < pairs.count(); ++i) {
-        keys.append(pairs.key(i));
+    for (int i = 0; i < pairs.count(); ++i)
         names.append(pairs.item(i).toString());
-    }
-    m_keys->addItems(keys);
+    m_keys->addItems(pairs.keys());
     m_names->addItems(names);
     m_ok->setEnabled(m_decision.okEnabled());
 }

@@ -51,16 +51,7 @@ int findColumn(const tessaly::NameMap &columns, QStringView dispName)
 
 QString SQLInfo::getTableNames() const
 {
-    QString names;
-    if (!m_tables)
-        return names;
-    for (int i = 0; i < m_tables->count(); ++i) {
-        if (names.isEmpty())
-            names = m_tables->key(i);
-        else
-            names += u',' + m_tables->key(i);
-    }
-    return names;
+    return m_tables ? m_tables->keys().join(u',') : QString();
 }
 
 QString SQLInfo::createTarget() const

@@ -206,13 +206,7 @@ void ColumnPage::showOpened()
 
 void ColumnPage::showEntered()
 {
-    const QString shown = m_tableCombo->currentText();
-    {
-        const QSignalBlocker blocker(m_tableCombo);
-        m_tableCombo->clear();
-        m_tableCombo->addItems(m_step.tableNames());
-        m_tableCombo->setCurrentIndex(std::max(0, m_tableCombo->findText(shown)));
-    }
+    form::refillComboBoxKeepingShown(m_tableCombo, m_step.tableNames());
     fillColumnList();
     fillExpressionList();
     fillSelectList();

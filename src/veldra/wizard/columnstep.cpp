@@ -71,25 +71,13 @@ QStringList ColumnStep::tableNames() const
 
 QStringList ColumnStep::columnNames(const QString &table) const
 {
-    QStringList names;
     const auto info = chosenTable(table);
-    if (!info || !info->columns())
-        return names;
-    const tessaly::NameMap &columns = *info->columns();
-    names.reserve(columns.count());
-    for (int i = 0; i < columns.count(); ++i)
-        names.append(columns.key(i));
-    return names;
+    return info && info->columns() ? info->columns()->keys() : QStringList();
 }
 
 QStringList ColumnStep::expressionTexts() const
 {
-    QStringList texts;
-    const tessaly::NameMap &expressions = *m_state.definition()->expressions();
-    texts.reserve(expressions.count());
-    for (int i = 0; i < expressions.count(); ++i)
-        texts.append(expressions.key(i));
-    return texts;
+    return m_state.definition()->expressions()->keys();
 }
 
 QList<ColumnStep::SelectRow> ColumnStep::selectRows() const

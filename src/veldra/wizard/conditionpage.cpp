@@ -92,13 +92,7 @@ ConditionPage::ConditionPage(WizardState &state, QWidget *parent)
 
 void ConditionPage::showEntered()
 {
-    const QString shown = m_tableCombo->currentText();
-    {
-        const QSignalBlocker blocker(m_tableCombo);
-        m_tableCombo->clear();
-        m_tableCombo->addItems(m_step.tableNames());
-        m_tableCombo->setCurrentIndex(std::max(0, m_tableCombo->findText(shown)));
-    }
+    form::refillComboBoxKeepingShown(m_tableCombo, m_step.tableNames());
     fillColumnList();
     showCondition();
 }

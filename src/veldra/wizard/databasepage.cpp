@@ -9,7 +9,6 @@
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QLabel>
-#include <QSignalBlocker>
 #include <QVBoxLayout>
 
 namespace veldra {
@@ -17,10 +16,7 @@ namespace veldra {
 namespace {
 void fillCombo(QComboBox *combo, const StepChoices &choices)
 {
-    const QSignalBlocker blocker(combo);
-    combo->clear();
-    combo->addItems(choices.entries);
-    combo->setCurrentIndex(choices.selected);
+    form::refillComboBox(combo, choices.entries, choices.selected);
 }
 } // namespace
 

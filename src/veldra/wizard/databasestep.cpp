@@ -13,13 +13,7 @@ namespace veldra {
 namespace {
 QStringList keys(const std::shared_ptr<tessaly::NameMap> &map)
 {
-    QStringList names;
-    if (!map)
-        return names;
-    names.reserve(map->count());
-    for (int i = 0; i < map->count(); ++i)
-        names.append(map->key(i));
-    return names;
+    return map ? map->keys() : QStringList();
 }
 } // namespace
 

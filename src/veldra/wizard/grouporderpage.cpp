@@ -197,12 +197,7 @@ void GroupOrderPage::showGrouping()
 
 void GroupOrderPage::fillOrderList()
 {
-    {
-        const QSignalBlocker blocker(m_orderCombo);
-        m_orderCombo->clear();
-        m_orderCombo->addItems(m_step.orderCandidates());
-        m_orderCombo->setCurrentIndex(m_step.orderColumnIndex());
-    }
+    form::refillComboBox(m_orderCombo, m_step.orderCandidates(), m_step.orderColumnIndex());
     const bool enabled = m_step.orderColumnEnabled();
     m_orderLabel->setEnabled(enabled);
     m_orderCombo->setEnabled(enabled);

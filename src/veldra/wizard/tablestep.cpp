@@ -42,10 +42,7 @@ bool TableStep::prepare()
     database.setDsn(chosenDatabase.dsn());
     database.setCatalog(chosenDatabase.catalog());
 
-    m_tableNames.clear();
-    m_tableNames.reserve(tables->count());
-    for (int i = 0; i < tables->count(); ++i)
-        m_tableNames.append(tables->key(i));
+    m_tableNames = tables->keys();
     return true;
 }
 
@@ -56,11 +53,7 @@ bool TableStep::isComplete() const
 
 QStringList TableStep::chosenNames() const
 {
-    QStringList names;
-    names.reserve(m_chosen->count());
-    for (int i = 0; i < m_chosen->count(); ++i)
-        names.append(m_chosen->key(i));
-    return names;
+    return m_chosen->keys();
 }
 
 bool TableStep::isChosen(const QString &table) const

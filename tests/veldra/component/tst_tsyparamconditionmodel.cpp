@@ -1,4 +1,5 @@
 #include "../common/definitions.h"
+#include "../common/recordingsite.h"
 
 #include "tessaly/componentdocument.h"
 #include "tessaly/error.h"
@@ -20,9 +21,9 @@ struct Hosted
 {
     Hosted()
     {
-        model.zetPrimitiveModel_SetModel(host);
+        model.zetPrimitiveModel_SetModel(site);
         model.zetPrimitiveModel_onInitialize(tessaly::zetPrimitiveModel::NewComponent);
-        host->clearReports();
+        site->reports.clear();
     }
     void set(const QString &name, const QVariant &value) { host->setSlotValue(name, value); }
     QVariant get(const QString &name) { return host->slotValue(name); }
@@ -43,6 +44,7 @@ struct Hosted
 
     TsyParamConditionModel model;
     std::shared_ptr<ModelHost> host = std::make_shared<ModelHost>(&model);
+    std::shared_ptr<RecordingModelSite> site = std::make_shared<RecordingModelSite>(host);
 };
 
 std::shared_ptr<SQLInfo> regionQuery(const QString &condition)
@@ -120,13 +122,13 @@ void tst_TsyParamConditionModel::echoedWritesAreIgnoredAndReportsComeInOrder()
     Hosted c;
     c.set("SQLInfo", tessaly::variant::holding(regionQuery("code = @@@A")));
     c.set("selection", "Region");
-    c.host->clearReports();
+    c.site->reports.clear();
     c.set(slot, value);
-    QCOMPARE(c.host->reports(), reports);
+    QCOMPARE(c.site->reports, reports);
     // The flag is clear again: a second write reports again.
-    c.host->clearReports();
+    c.site->reports.clear();
     c.set(slot, value);
-    QCOMPARE(c.host->reports(), reports);
+    QCOMPARE(c.site->reports, reports);
 }
 
 void tst_TsyParamConditionModel::updateRequestRebuildsWithAnyValueAndStoresNothing()
@@ -172,9 +174,9 @@ void tst_TsyParamConditionModel::parameterWriteRebuildsUnknownNameGoesToDefaultM
     c.set("@@@A", "'NE'");
     QVERIFY(c.requestText().contains("<field>regions.label Region</field>"));
 
-    c.host->clearReports();
+    c.site->reports.clear();
     c.set("@@@C", "'ignored'"); // a parameter of the definition, but not referenced: no slot
-    QVERIFY(c.host->reports().isEmpty());
+    QVERIFY(c.site->reports.isEmpty());
     QVERIFY(!c.get("@@@C").isValid());
 }
 
@@ -186,10 +188,10 @@ void tst_TsyParamConditionModel::incompleteDefinitionKeepsTheLastRequest()
     const auto published = c.get("request").value<tessaly::RequestRef>();
     QVERIFY(published);
 
-    c.host->clearReports();
+    c.site->reports.clear();
     c.set("selection", "nothing known");
     QCOMPARE(c.get("request").value<tessaly::RequestRef>(), published);
-    QVERIFY(!c.host->reports().contains("request"));
+    QVERIFY(!c.site->reports.contains("request"));
     QCOMPARE(c.model.missingRequestPiece().left(9), "no fields");
 
     // No catalog: no target, so no request, though fields and a condition are there.

@@ -137,10 +137,7 @@ void tst_ParamDecisions::aConfirmedParameterIsStoredUnderItsNameAndChosen()
     list.select("@@@b");
     const auto confirmed = parameter(name, ParamInfo::TypedIn, "Confirmed");
     list.chooseParameter(confirmed);
-    QStringList held;
-    for (int i = 0; i < definition->parameters()->count(); ++i)
-        held.append(definition->parameters()->key(i));
-    QCOMPARE(held, keys);
+    QCOMPARE(definition->parameters()->keys(), keys);
     QCOMPARE(definition->parameters()->object<ParamInfo>(name), confirmed);
     QCOMPARE(list.selectedName(), name);
 }

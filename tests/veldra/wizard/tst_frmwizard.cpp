@@ -1,3 +1,4 @@
+#include "../common/recordingsite.h"
 #include "../common/wizarddriver.h"
 
 #include "dataservice/dataservice.h"
@@ -49,9 +50,9 @@ struct Component
 {
     Component()
     {
-        model->zetPrimitiveModel_SetModel(host);
+        model->zetPrimitiveModel_SetModel(site);
         model->zetPrimitiveModel_onInitialize(tessaly::zetPrimitiveModel::NewComponent);
-        host->clearReports();
+        site->reports.clear();
     }
     void set(const QString &slot, const QVariant &value) { host->setSlotValue(slot, value); }
     std::shared_ptr<SQLInfo> definition() const
@@ -61,6 +62,7 @@ struct Component
 
     std::shared_ptr<TsyParamConditionModel> model = std::make_shared<TsyParamConditionModel>();
     std::shared_ptr<tessaly::ModelHost> host = std::make_shared<tessaly::ModelHost>(model.get());
+    std::shared_ptr<testdefs::RecordingModelSite> site = std::make_shared<testdefs::RecordingModelSite>(host);
 };
 
 std::shared_ptr<SQLInfo> sampleDefinition()
@@ -224,7 +226,7 @@ void tst_frmWizard::existingQueryIsFinishedIntoTheModel()
         wizard.next()->click();
         QCOMPARE(wizard.step(), 5);
         QCOMPARE(m_component->definition(), before);
-        QVERIFY(m_component->host->reports().isEmpty());
+        QVERIFY(m_component->site->reports.isEmpty());
 
         m_ui->answerQueue = { Answer::Ok };
         wizard.next()->click();
@@ -312,7 +314,7 @@ void tst_frmWizard::leavingAsksFirst()
     }
     if (how.startsWith("close"))
         QCOMPARE(closeAccepted, left);
-    QVERIFY(m_component->host->reports().isEmpty());
+    QVERIFY(m_component->site->reports.isEmpty());
 }
 
 void tst_frmWizard::failingTableRequestKeepsTheDatabaseStep()
