@@ -40,6 +40,10 @@ struct DataSource
     QString workMem = QStringLiteral("4MB");
     QString tempFileLimit = QStringLiteral("1GB");
 
+    // For a component that names another data source and runs on this one (a host's choice of
+    // source): its catalog (first) is this source's catalog (second). Unlisted ones keep their name.
+    QList<QPair<QString, QString>> catalogMap = {};
+
     // The catalogs a request may name, with the defaults above applied.
     QStringList allowedCatalogs() const;
 };

@@ -18,6 +18,7 @@ namespace {
 const QString SQLiteProvider = QStringLiteral("SQLite");
 const QString PostgreSQLProvider = QStringLiteral("PostgreSQL");
 const QString AttachPrefix = QStringLiteral("attach.");
+const QString CatalogMapPrefix = QStringLiteral("catalog.");
 
 // Keys of a PostgreSQL group that go to libpq as they are.
 const QStringList PostgreSQLKeys = {
@@ -116,6 +117,14 @@ DataSource readGroup(QSettings &settings, const QString &group, const QString &f
     } else {
         badConfiguration(file, group, QStringLiteral("provider must be SQLite or PostgreSQL, not \"%1\"")
                                           .arg(source.provider));
+    }
+    for (const QString &key : settings.childKeys()) {
+        if (!key.startsWith(CatalogMapPrefix))
+            continue;
+        const QString catalog = settings.value(key).toString().trimmed();
+        if (key.size() == CatalogMapPrefix.size() || catalog.isEmpty())
+            badConfiguration(file, group, QStringLiteral("%1 must map a catalog name to one of this data source's").arg(key));
+        source.catalogMap.append({key.mid(CatalogMapPrefix.size()), catalog});
     }
     settings.endGroup();
     return source;

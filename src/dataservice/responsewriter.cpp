@@ -53,6 +53,20 @@ bool isXmlText(const char *data, qsizetype size)
     return true;
 }
 
+// True for a value of white space alone: a DOM reader drops such text (the accessor would read
+// an empty value), so it goes in base64 like text XML cannot carry.
+bool isWhiteSpaceOnly(const char *data, qsizetype size)
+{
+    if (size == 0)
+        return false;
+    for (qsizetype i = 0; i < size; ++i) {
+        const char c = data[i];
+        if (c != ' ' && c != '\t' && c != '\n' && c != '\r')
+            return false;
+    }
+    return true;
+}
+
 } // namespace
 
 ResponseWriter::ResponseWriter(QIODevice *out)
@@ -153,6 +167,10 @@ void ResponseWriter::startRecord()
 
 void ResponseWriter::value(const char *utf8, qsizetype size)
 {
+    if (isWhiteSpaceOnly(utf8, size)) {
+        blobValue(utf8, size);
+        return;
+    }
     const qsizetype mark = m_buffer.size();
     m_buffer.append(m_fieldStarts.at(m_column));
     m_buffer.append('>');

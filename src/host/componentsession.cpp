@@ -2,6 +2,8 @@
 
 #include "host/hosttext.h"
 #include "host/inputcheck.h"
+#include "host/parameterchoices.h"
+#include "host/parameterliteral.h"
 #include "host/runinputs.h"
 #include "host/slotvalues.h"
 
@@ -10,6 +12,8 @@
 #include "tessaly/error.h"
 #include "tessaly/variant.h"
 #include "veldra/records/definitionfile.h"
+
+#include <QSaveFile>
 
 namespace host {
 
@@ -30,10 +34,33 @@ void ComponentSession::load(const QByteArray &data, const QString &sourceName)
         useDefinition(veldra::readDefinition(data, sourceName));
         return;
     }
+    HostSettings settings = HostSettings::read(data, sourceName);
     tessaly::ComponentDocument::load(data, sourceName, m_model);
+    if (const auto query = definition()) {
+        try {
+            settings.check(*query);
+        } catch (const tessaly::Error &error) {
+            throw tessaly::Error(tessaly::ErrorNumber::BadFileFormat, sourceName + QStringLiteral(": ") + error.message());
+        }
+    }
+    m_settings = settings;
     // What the document left empty starts as the studio shows it (a document saved before
     // hosts seeded the inputs, or by hand).
     seedRunInputs(*m_host, RunInputs::capture(*m_host));
+    ParameterChoices(*m_host, m_settings, nullptr, m_source).applyDefaults();
+}
+
+void ComponentSession::setSource(const SourceChoice &source)
+{
+    m_source = source;
+    ParameterChoices(*m_host, m_settings, nullptr, m_source).applyDefaults();
+}
+
+void ComponentSession::setSettings(const HostSettings &settings)
+{
+    if (const auto query = definition())
+        settings.check(*query);
+    m_settings = settings;
 }
 
 void ComponentSession::useDefinition(const std::shared_ptr<veldra::SQLInfo> &definition)
@@ -42,14 +69,29 @@ void ComponentSession::useDefinition(const std::shared_ptr<veldra::SQLInfo> &def
     seedRunInputs(*m_host);
 }
 
+QByteArray ComponentSession::save()
+{
+    return m_settings.writeInto(tessaly::ComponentDocument::save(m_model));
+}
+
 void ComponentSession::save(const QString &fileName)
 {
-    tessaly::ComponentDocument::save(fileName, m_model);
+    writeDocumentFile(fileName, save());
+}
+
+void writeDocumentFile(const QString &fileName, const QByteArray &data)
+{
+    tessaly::DocumentFile::checkReplaceable(fileName);
+    QSaveFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size() || !file.commit())
+        throw tessaly::Error(tessaly::ErrorNumber::FileAccess, QStringLiteral("%1: %2").arg(fileName, file.errorString()));
 }
 
 void ComponentSession::setInput(const QString &name, const QString &value)
 {
-    const QVariant accepted = acceptInput(*m_host, name, value);
+    QVariant accepted = acceptInput(*m_host, name, value);
+    if (name.startsWith(u"@@@") && isRelativeDate(value))
+        accepted = ParameterChoices(*m_host, m_settings, nullptr, m_source).literalFor(name, value);
     try {
         m_host->setSlotValue(name, accepted);
     } catch (const tessaly::Error &error) {
@@ -60,7 +102,10 @@ void ComponentSession::setInput(const QString &name, const QString &value)
 CurrentRequest ComponentSession::request()
 {
     m_host->setSlotValue(QStringLiteral("UpdateRequest"), true);
-    return currentRequest(*m_host);
+    CurrentRequest request = currentRequest(*m_host);
+    if (request.ready() && m_source.isSet())
+        request.text = QString::fromUtf8(m_source.retarget(request.text.toUtf8()));
+    return request;
 }
 
 std::shared_ptr<veldra::SQLInfo> ComponentSession::definition() const

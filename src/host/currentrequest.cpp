@@ -9,6 +9,8 @@
 #include "veldra/component/requestbuilder.h"
 #include "veldra/records/paraminfo.h"
 
+#include <QSet>
+
 namespace host {
 
 namespace {
@@ -39,16 +41,14 @@ void checkRequestCharacters(const QString &request)
 QList<MissingValue> missingValues(const veldra::SQLInfo &definition, const tessaly::NameMap *values)
 {
     QList<MissingValue> missing;
+    QSet<QString> seen;
     const auto &parameters = definition.parameters();
     veldra::parameterreference::scan(definition.condition(), [&](QStringView, QStringView found) {
         const QString reference = found.toString();
         // A bare marker names nothing; the model gives it no slot either.
-        if (found.size() == veldra::parameterreference::marker.size())
+        if (found.size() == veldra::parameterreference::marker.size() || seen.contains(reference))
             return;
-        for (const MissingValue &known : std::as_const(missing)) {
-            if (known.reference == reference)
-                return;
-        }
+        seen.insert(reference);
         QVariant value;
         if (values && values->lookup(reference, &value) && !value.toString().trimmed().isEmpty())
             return;

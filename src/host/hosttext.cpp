@@ -33,6 +33,21 @@ constexpr Entry entries[] = {
     { u"%1: the file cannot be written (%2)", u"%1：ファイルに書き込めません（%2）" },
     { u"%1; no writable folder was found to keep the component in", u"%1。コンポーネントを残せる書き込み可能なフォルダーが見つかりません" },
     { u", ", u"、" },
+    { u"%1: the settings name a parameter the query does not have", u"%1：設定に問い合わせにないパラメーターが指定されています" },
+    { u"%1: \"%2\" is no relative date; use today, start-of-week, start-of-month or start-of-year, "
+      u"optionally with an offset such as -30d, +1w, -1m or -2y",
+      u"%1：「%2」は相対日付ではありません。today、start-of-week、start-of-month、start-of-year に、"
+      u"必要なら -30d、+1w、-1m、-2y のような差を付けてください" },
+    { u"%1: a list read from the data source needs its value column", u"%1：データソースから読む一覧には値の列が必要です" },
+    { u"the lists refer to each other in a cycle: %1", u"一覧が互いを参照して循環しています：%1" },
+    { u"%1: the list could not be read from the data source (%2); it shows the values stored in the query",
+      u"%1：一覧をデータソースから読めませんでした（%2）。問い合わせに保存された値を表示しています" },
+    { u"%1: the list waits for a value of %2", u"%1：一覧は %2 の値を待っています" },
+    { u"%1: no value is chosen", u"%1：値が選ばれていません" },
+    { u"there is no data source named \"%1\"; there are: %2", u"「%1」という名前のデータソースはありません。あるのは次のとおりです：%2" },
+    { u"%1: %2", u"%1：%2" },
+    { u"%1 takes one value; allow several values in its settings to choose more",
+      u"%1 は値を一つだけ受け付けます。複数選ぶには設定で複数の値を許してください" },
 };
 
 } // namespace

@@ -24,6 +24,16 @@ enum class HostText {
     FileNotWritable,
     NowhereToKeep,
     ListSeparator,
+    SettingForNoParameter,
+    NotARelativeDate,
+    ListWithoutValue,
+    ListCycle,
+    ListUnreadable,
+    ListWaits,
+    NoValuesChosen,
+    NoSuchSource,
+    BadLiteral,
+    OneValueOnly,
 };
 
 QString hostText(HostText id);

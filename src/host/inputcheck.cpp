@@ -5,6 +5,7 @@
 
 #include "tessaly/error.h"
 #include "veldra/component/padlayout.h"
+#include "veldra/records/displaynameindex.h"
 
 namespace host {
 
@@ -40,9 +41,11 @@ QString list(const QStringList &names)
 
 void checkSelection(const SQLInfo &definition, const QString &value)
 {
-    for (const QString &item : value.split(u',')) {
+    const QStringList names = value.split(u',');
+    const veldra::DisplayNameIndex items(definition, names.size());
+    for (const QString &item : names) {
         const QString name = item.trimmed();
-        if (!name.isEmpty() && !definition.peekColumnInfoFromDispName(name))
+        if (!name.isEmpty() && !items.find(name))
             refuse(hostText(HostText::NotASelection).arg(name, list(veldra::PadLayout::displayNames(definition))));
     }
 }

@@ -9,6 +9,8 @@
 #include "veldra/records/paraminfo.h"
 #include "veldra/records/sqlinfo.h"
 
+#include <QSet>
+
 #include <optional>
 
 namespace host {
@@ -23,6 +25,7 @@ const QString selectionSlot = QStringLiteral("selection");
 const QString topNSlot = QStringLiteral("TopN");
 const QString orderBySlot = QStringLiteral("OrderBy");
 const QString ascendantSlot = QStringLiteral("OrderByAscendant");
+const QString parametersSlot = QStringLiteral("parameters");
 
 bool takesRowCount(const SQLInfo *definition)
 {
@@ -52,14 +55,21 @@ QString seededSelection(const SQLInfo &definition, const RunInputs &before)
     const QStringList allBefore = before.definition ? PadLayout::displayNames(*before.definition) : QStringList();
     if (chosen.isEmpty() || chosen == allBefore)
         return all.join(u',');
+    const QSet<QString> offered(all.cbegin(), all.cend());
+    const QSet<QString> offeredBefore(allBefore.cbegin(), allBefore.cend());
     QStringList kept;
+    QSet<QString> keptNames;
     for (const QString &name : chosen) {
-        if (all.contains(name))
+        if (offered.contains(name)) {
             kept.append(name);
+            keptNames.insert(name);
+        }
     }
     for (const QString &name : all) {
-        if (!allBefore.contains(name) && !kept.contains(name))
+        if (!offeredBefore.contains(name) && !keptNames.contains(name)) {
             kept.append(name);
+            keptNames.insert(name);
+        }
     }
     return (kept.isEmpty() ? all : kept).join(u',');
 }
@@ -146,6 +156,7 @@ void seedRunInputs(tessaly::ModelHost &host, const RunInputs &before)
     const auto parameter = [](const SQLInfo *query, const QString &key) {
         return query && query->parameters() ? query->parameters()->object<ParamInfo>(key) : nullptr;
     };
+    QStringList seeded;
     for (int i = 0; values && i < values->count(); ++i) {
         const QString key = values->key(i);
         QVariant valueBefore;
@@ -153,9 +164,19 @@ void seedRunInputs(tessaly::ModelHost &host, const RunInputs &before)
             before.parameters->lookup(key, &valueBefore);
         const auto value = seededValue(parameter(definition.get(), key).get(),
                                        parameter(before.definition.get(), key).get(), valueBefore.toString());
-        if (value)
-            host.setSlotValue(key, *value);
+        if (value) {
+            values->setText(key, *value);
+            seeded.append(key);
+        }
     }
+    if (seeded.isEmpty())
+        return;
+    // All values in one write of the collection: the model rebuilds its request once, where a
+    // write of each parameter slot would rebuild it once per parameter (thousands of times for a
+    // large definition, each over the whole condition). What shows a slot is told it changed.
+    host.setSlotValue(parametersSlot, tessaly::variant::holding(values));
+    for (const QString &key : std::as_const(seeded))
+        host.notifySlotChanged(key);
 }
 
 } // namespace host

@@ -1,6 +1,9 @@
 #include "host/savetarget.h"
 
+#include "host/componentsession.h"
+
 #include "host/hosttext.h"
+#include "host/parametersettings.h"
 
 #include "tessaly/componentdocument.h"
 #include "tessaly/error.h"
@@ -67,10 +70,13 @@ QString recoveryFileName(const QString &fileName, const QString &folder)
     return candidate;
 }
 
-SaveOutcome saveKeepingWork(const QString &fileName, tessaly::zetPrimitiveModel &model, tessaly::zetPrimitivePad *pad)
+SaveOutcome saveKeepingWork(const QString &fileName, tessaly::zetPrimitiveModel &model, tessaly::zetPrimitivePad *pad,
+                            const HostSettings *settings)
 {
+    const QByteArray document = tessaly::ComponentDocument::save(model, pad);
+    const QByteArray data = settings ? settings->writeInto(document) : document;
     try {
-        tessaly::ComponentDocument::save(fileName, model, pad);
+        writeDocumentFile(fileName, data);
         return { fileName, {} };
     } catch (const tessaly::Error &error) {
         SaveOutcome outcome{ {}, error.message() };
@@ -81,7 +87,7 @@ SaveOutcome saveKeepingWork(const QString &fileName, tessaly::zetPrimitiveModel 
                 continue;
             outcome.savedTo = recoveryFileName(fileName, folder);
             try {
-                tessaly::ComponentDocument::save(outcome.savedTo, model, pad);
+                writeDocumentFile(outcome.savedTo, data);
                 return outcome;
             } catch (const tessaly::Error &) {
                 // the next folder, then

@@ -9,6 +9,8 @@ class zetPrimitivePad;
 
 namespace host {
 
+class HostSettings;
+
 // Why a component document cannot be saved as fileName, as far as can be told without writing:
 // a folder that is missing, is no folder or cannot be written (saving writes aside and renames,
 // so the folder must take a new file), or a name that is a folder, a device or a file that
@@ -28,7 +30,8 @@ struct SaveOutcome
 // Saves the component as fileName; when that fails, keeps it in a recovery file beside
 // fileName, else in the working folder, the home folder or the temporary folder, whichever
 // first takes it. Raises tessaly::Error only when none could, so nothing built is lost quietly.
+// The document keeps settings, when given, as its <Host> part.
 SaveOutcome saveKeepingWork(const QString &fileName, tessaly::zetPrimitiveModel &model,
-                            tessaly::zetPrimitivePad *pad = nullptr);
+                            tessaly::zetPrimitivePad *pad = nullptr, const HostSettings *settings = nullptr);
 
 } // namespace host

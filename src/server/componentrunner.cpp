@@ -8,6 +8,9 @@
 #include "host/csvprinter.h"
 #include "host/inputcheck.h"
 #include "host/jsonprinter.h"
+#include "host/livelists.h"
+#include "host/parameterchoices.h"
+#include "host/sourcechoice.h"
 #include "host/rowoutput.h"
 #include "tessaly/error.h"
 #include "tessaly/modelhost.h"
@@ -21,6 +24,7 @@
 #include "veldra/resources/stringtable.h"
 
 #include <QJsonArray>
+#include <QJsonDocument>
 
 namespace server {
 
@@ -38,6 +42,14 @@ protected:
 private:
     Answer &m_answer;
 };
+
+QJsonArray entriesJson(const host::ListPage &page)
+{
+    QJsonArray entries;
+    for (const host::ListEntry &entry : page.entries)
+        entries.append(QJsonObject{ { QStringLiteral("value"), entry.literal }, { QStringLiteral("label"), entry.text } });
+    return entries;
+}
 
 ApiError apiError(const tessaly::Error &error)
 {
@@ -78,7 +90,15 @@ ApiError unsent(const host::CurrentRequest &request)
 
 } // namespace
 
-ComponentRunner::ComponentRunner(const dataservice::DataService &service) : m_service(service)
+ComponentRunner::ComponentRunner(const dataservice::DataService &service, const host::SourceChoice &source,
+                                 std::shared_ptr<host::LiveLists> lists)
+    : m_service(service), m_source(std::make_unique<host::SourceChoice>(source)), m_lists(std::move(lists))
+{
+    if (!m_lists) // the service outlives the runner
+        m_lists = std::make_shared<host::LiveLists>(std::shared_ptr<const dataservice::DataService>(&service, [](auto *) {}));
+}
+
+ComponentRunner::ComponentRunner(const dataservice::DataService &service) : ComponentRunner(service, {}, nullptr)
 {
 }
 
@@ -93,13 +113,15 @@ host::ComponentSession &ComponentRunner::session(const ComponentFile &file, cons
         kept = Kept();
         auto session = std::make_shared<host::ComponentSession>();
         session->load(file.bytes, file.name + QLatin1String(ComponentDirectory::Suffix));
+        session->setSource(*m_source);
         for (const QString &name : host::inputNames(session->host()))
             kept.saved.insert(name, session->host().slotValue(name));
         kept.session = std::move(session);
         kept.version = file.version;
     }
     tessaly::ModelHost &host = kept.session->host();
-    QStringList touched;
+    // The live lists may change any parameter they list: put back before the next request.
+    QStringList touched = kept.session->settings().listOrder();
     for (const auto &input : inputs)
         touched.append(input.first);
     for (const QString &name : std::as_const(kept.touched)) {
@@ -111,9 +133,40 @@ host::ComponentSession &ComponentRunner::session(const ComponentFile &file, cons
     return *kept.session;
 }
 
+host::ComponentSession &ComponentRunner::prepared(const ComponentFile &file, const Inputs &inputs)
+{
+    host::ComponentSession &component = session(file, inputs);
+    QStringList names;
+    QHash<QString, QStringList> values;
+    for (const auto &[name, value] : inputs) {
+        if (!names.contains(name))
+            names.append(name);
+        values[name].append(value);
+    }
+    host::ParameterChoices choices(component.host(), component.settings(), m_lists.get(), component.source());
+    QSet<QString> given;
+    const auto several = [&](const QString &name) {
+        const host::ParameterSetting *setting = component.settings().find(name);
+        return name.startsWith(u"@@@") && (values.value(name).size() > 1 || (setting && setting->multiple));
+    };
+    for (const auto &[name, value] : inputs) { // in the order given, as --set applies them
+        if (!several(name))
+            component.setInput(name, value);
+        given.insert(name);
+    }
+    for (const QString &name : names) {
+        if (!several(name))
+            continue;
+        component.setInput(name, QString()); // the input check names what is no input
+        choices.choose(name, values.value(name));
+    }
+    choices.settle({}, given);
+    return component;
+}
+
 QJsonObject ComponentRunner::describe(const ComponentFile &file)
 {
-    host::ComponentSession &component = session(file);
+    host::ComponentSession &component = prepared(file, {});
     const auto definition = component.definition();
     const QStringList names = host::inputNames(component.host());
     QJsonObject description{ { QStringLiteral("name"), file.name } };
@@ -145,6 +198,9 @@ QJsonObject ComponentRunner::describe(const ComponentFile &file)
     description.insert(QStringLiteral("inputs"), inputs);
     QJsonArray parameters;
     const auto values = component.parameterValues();
+    host::ParameterChoices choices(component.host(), component.settings(), m_lists.get(), component.source());
+    if (component.source().isSet())
+        description.insert(QStringLiteral("source"), component.source().name());
     const auto defined = definition->parameters();
     for (int i = 0; defined && i < defined->count(); ++i) {
         const auto parameter = defined->objectAt<veldra::ParamInfo>(i);
@@ -156,14 +212,24 @@ QJsonObject ComponentRunner::describe(const ComponentFile &file)
                            { QStringLiteral("title"), parameter->title() },
                            { QStringLiteral("value"), values && values->lookup(reference, &value)
                                                               ? tessaly::variant::toText(value) : QString() } };
-        if (parameter->paramType() == veldra::ParamInfo::ChosenFromList) {
-            QJsonArray choices;
-            const auto &selections = parameter->selections();
-            for (int j = 0; selections && j < selections->count(); ++j)
-                choices.append(QJsonObject{ { QStringLiteral("value"), selections->key(j) },
-                                            { QStringLiteral("label"), tessaly::variant::toText(selections->item(j)) } });
+        const host::ParameterSetting *setting = component.settings().find(reference);
+        if (setting && setting->multiple)
+            entry.insert(QStringLiteral("multiple"), true);
+        if (setting && !setting->relativeDefault.isEmpty())
+            entry.insert(QStringLiteral("default"), setting->relativeDefault);
+        if (parameter->paramType() == veldra::ParamInfo::ChosenFromList || (setting && setting->list.isSet())) {
+            const host::ListPage page = choices.page(reference);
             entry.insert(QStringLiteral("kind"), QStringLiteral("list"));
-            entry.insert(QStringLiteral("choices"), choices);
+            entry.insert(QStringLiteral("choices"), entriesJson(page));
+            if (setting && setting->list.isSet()) {
+                entry.insert(QStringLiteral("live"), page.live);
+                entry.insert(QStringLiteral("dependsOn"),
+                             QJsonArray::fromStringList(component.settings().dependencies(reference)));
+            }
+            if (page.more)
+                entry.insert(QStringLiteral("more"), true);
+            if (!page.note.isEmpty())
+                entry.insert(QStringLiteral("note"), page.note);
         } else {
             entry.insert(QStringLiteral("kind"), parameter->paramType() == veldra::ParamInfo::TypedIn
                                                          ? QStringLiteral("typed") : QStringLiteral("none"));
@@ -179,10 +245,7 @@ void ComponentRunner::rows(const ComponentFile &file, const Inputs &inputs, Form
 {
     host::CurrentRequest request;
     try {
-        host::ComponentSession &component = session(file, inputs);
-        for (const auto &[name, value] : inputs)
-            component.setInput(name, value);
-        request = component.request();
+        request = prepared(file, inputs).request();
     } catch (const tessaly::Error &error) {
         answer.fail(apiError(error));
         return;
@@ -214,9 +277,46 @@ void ComponentRunner::rows(const ComponentFile &file, const Inputs &inputs, Form
     answer.finish();
 }
 
-void ComponentRunner::statement(const ComponentFile &file, Answer &answer)
+void ComponentRunner::list(const ComponentFile &file, const QString &reference, const QString &search,
+                           const Inputs &inputs, Answer &answer)
 {
     try {
+        host::ComponentSession &component = prepared(file, inputs);
+        if (!component.definition()->parameters() || !component.definition()->parameters()->contains(reference)) {
+            answer.fail({ 404, tessaly::ErrorNumber::InvalidArgument,
+                          QStringLiteral("%1 is no parameter of %2").arg(reference, file.name) });
+            return;
+        }
+        host::ParameterChoices choices(component.host(), component.settings(), m_lists.get(), component.source());
+        const host::ListPage page = choices.page(reference, search);
+        QJsonObject body{ { QStringLiteral("name"), reference }, { QStringLiteral("choices"), entriesJson(page) },
+                          { QStringLiteral("value"), choices.chosen(reference).join(u',') },
+                          { QStringLiteral("live"), page.live }, { QStringLiteral("more"), page.more } };
+        if (!page.note.isEmpty())
+            body.insert(QStringLiteral("note"), page.note);
+        const QByteArray bytes = QJsonDocument(body).toJson(QJsonDocument::Compact);
+        answer.write(bytes.constData(), size_t(bytes.size()));
+    } catch (const tessaly::Error &error) {
+        answer.fail(apiError(error));
+    }
+}
+
+void ComponentRunner::statement(const ComponentFile &file, const Inputs &inputs, bool engine, Answer &answer)
+{
+    try {
+        if (engine) {
+            const host::CurrentRequest request = prepared(file, inputs).request();
+            if (!request.ready()) {
+                answer.fail(unsent(request));
+                return;
+            }
+            const QString text = m_service.statement(request.text.toUtf8());
+            answer.setContentType("text/plain; charset=utf-8");
+            const QByteArray bytes = text.toUtf8() + '\n';
+            answer.write(bytes.constData(), size_t(bytes.size()));
+            answer.finish();
+            return;
+        }
         const QString text = veldra::statementText(*session(file).definition());
         answer.setContentType("text/plain; charset=utf-8");
         const QByteArray bytes = text.toUtf8();

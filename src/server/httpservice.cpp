@@ -369,9 +369,32 @@ void HttpService::Private::setUp()
         const auto kind = format == "csv" ? ComponentRunner::Format::Csv : ComponentRunner::Format::Json;
         answer(res, [file, inputs, kind](ComponentRunner &runner, Answer &answer) { runner.rows(*file, inputs, kind, answer); });
     });
-    http.Get(R"(/api/components/([^/]+)/sql)", [this](const httplib::Request &req, httplib::Response &res) {
+    // The inputs of a query string, but the names given, in their order.
+    const auto inputsOf = [](const httplib::Request &req, std::initializer_list<const char *> skipped) {
+        ComponentRunner::Inputs inputs;
+        for (const auto &[name, value] : req.params) {
+            if (std::find_if(skipped.begin(), skipped.end(), [&](const char *s) { return name == s; }) == skipped.end())
+                inputs.append({ fromStd(name), fromStd(value) });
+        }
+        return inputs;
+    };
+    http.Get(R"(/api/components/([^/]+)/sql)", [this, inputsOf](const httplib::Request &req, httplib::Response &res) {
+        const bool engine = req.get_param_value("engine") == "true";
+        const ComponentRunner::Inputs inputs = inputsOf(req, { "engine" });
         if (const auto file = component(req, res))
-            answer(res, [file](ComponentRunner &runner, Answer &answer) { runner.statement(*file, answer); });
+            answer(res, [file, inputs, engine](ComponentRunner &runner, Answer &answer) {
+                runner.statement(*file, inputs, engine, answer);
+            });
+    });
+    http.Get(R"(/api/components/([^/]+)/lists/([^/]+))", [this, inputsOf](const httplib::Request &req, httplib::Response &res) {
+        const QString reference = fromStd(req.matches[2]);
+        const QString search = fromStd(req.get_param_value("search"));
+        const ComponentRunner::Inputs inputs = inputsOf(req, { "search" });
+        if (const auto file = component(req, res))
+            answer(res, [file, reference, search, inputs](ComponentRunner &runner, Answer &answer) {
+                answer.setContentType("application/json");
+                runner.list(*file, reference, search, inputs, answer);
+            });
     });
 }
 

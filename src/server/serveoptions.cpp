@@ -47,6 +47,7 @@ void ServeOptions::readFile(const QString &iniPath)
     path(QStringLiteral("directory"), &directory);
     path(QStringLiteral("token_file"), &tokenFile);
     path(QStringLiteral("access_log"), &accessLog);
+    source = settings.value(QStringLiteral("source"), source).toString().trimmed();
     const QString listen = settings.value(QStringLiteral("listen")).toString().trimmed();
     if (!listen.isEmpty())
         address = listen;
@@ -61,7 +62,8 @@ void ServeOptions::readFile(const QString &iniPath)
     const QStringList known = { QStringLiteral("directory"), QStringLiteral("token_file"), QStringLiteral("access_log"),
                                 QStringLiteral("listen"), QStringLiteral("port"), QStringLiteral("workers"),
                                 QStringLiteral("queue"), QStringLiteral("connections"), QStringLiteral("read_timeout"),
-                                QStringLiteral("keep_alive"), QStringLiteral("queue_wait_ms"), QStringLiteral("grace") };
+                                QStringLiteral("keep_alive"), QStringLiteral("queue_wait_ms"), QStringLiteral("grace"),
+                                QStringLiteral("source") };
     for (const QString &key : settings.allKeys()) {
         if (!known.contains(key))
             badSetting(iniPath, QStringLiteral("unknown key \"%1\"; the keys are: %2")

@@ -22,6 +22,7 @@ struct ServeOptions
     int queueWaitMs = 10000;                      // a request waits this long for a worker or a connection
     int graceSeconds = 10;                        // answers in flight may finish this long after SIGTERM
     QString accessLog;                            // empty: standard error
+    QString source;                               // the data source the components run on; empty: their own
 
     // Reads the keys of serve.ini into the options; raises tessaly::Error naming the file, key
     // and value that are wrong.

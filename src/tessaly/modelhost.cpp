@@ -12,24 +12,26 @@ namespace {
 constexpr int maximumEchoDepth = 32;
 } // namespace
 
-qsizetype ModelHost::indexOf(const QString &name) const
-{
-    for (qsizetype i = 0; i < m_slots.size(); ++i) {
-        if (m_slots.at(i).name == name)
-            return i;
-    }
-    return -1;
-}
-
 bool ModelHost::hasSlot(const QString &name) const
 {
-    return indexOf(name) >= 0;
+    return m_positions.contains(name);
+}
+
+QList<ModelHost::Slot> ModelHost::declaredSlots() const
+{
+    QList<Slot> declared;
+    declared.reserve(m_slots.size() - m_removed);
+    for (const Entry &entry : m_slots) {
+        if (!entry.removed)
+            declared.append(entry.slot);
+    }
+    return declared;
 }
 
 QStringList ModelHost::slotNames() const
 {
     QStringList names;
-    for (const Slot &slot : m_slots)
+    for (const Slot &slot : declaredSlots())
         names.append(slot.name);
     return names;
 }
@@ -46,26 +48,42 @@ QVariant ModelHost::slotValue(const QString &name) const
 
 void ModelHost::declareSlot(const QString &name, const QString &description)
 {
-    const qsizetype index = indexOf(name);
-    if (index >= 0)
-        m_slots[index].description = description;
-    else
-        m_slots.append({ name, description, false });
+    const auto known = m_positions.constFind(name);
+    if (known != m_positions.cend()) {
+        m_slots[*known].slot.description = description;
+        return;
+    }
+    m_positions.insert(name, m_slots.size());
+    m_slots.append({ { name, description, false }, false });
 }
 
 bool ModelHost::declareParameterSlot(const QString &name, const QString &description)
 {
     if (hasSlot(name))
         return false;
-    m_slots.append({ name, description, true });
+    m_positions.insert(name, m_slots.size());
+    m_slots.append({ { name, description, true }, false });
     return true;
 }
 
 void ModelHost::removeSlot(const QString &name)
 {
-    const qsizetype index = indexOf(name);
-    if (index >= 0)
-        m_slots.removeAt(index);
+    const auto known = m_positions.constFind(name);
+    if (known == m_positions.cend())
+        return;
+    m_slots[*known].removed = true;
+    m_positions.erase(known);
+    if (++m_removed > m_slots.size() / 2)
+        dropRemoved();
+}
+
+void ModelHost::dropRemoved()
+{
+    m_slots.removeIf([](const Entry &entry) { return entry.removed; });
+    m_removed = 0;
+    m_positions.clear();
+    for (qsizetype i = 0; i < m_slots.size(); ++i)
+        m_positions.insert(m_slots.at(i).slot.name, i);
 }
 
 void ModelHost::reportSlotChanged(const QString &name)

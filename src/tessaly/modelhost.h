@@ -3,6 +3,7 @@
 #include "tessaly/tessaly_export.h"
 #include "tessaly/zetmodelsite.h"
 
+#include <QHash>
 #include <QList>
 #include <QStringList>
 #include <QVariant>
@@ -32,7 +33,8 @@ public:
     void setSlotValue(const QString &name, const QVariant &value);
     QVariant slotValue(const QString &name) const;
 
-    const QList<Slot> &declaredSlots() const { return m_slots; }
+    // In the order they were declared.
+    QList<Slot> declaredSlots() const;
     bool hasSlot(const QString &name) const;
     QStringList slotNames() const;
 
@@ -43,6 +45,13 @@ public:
     // Told of every slot the model reports changed, before the framework's echo write: how a
     // host keeps what shows a slot (a pad's children) current.
     void setSlotListener(std::function<void(const QString &)> listener) { m_listener = std::move(listener); }
+    // Tells the listener that a slot changed without writing it again: for a host that set many
+    // slots at once through a collection slot (every parameter value in one "parameters").
+    void notifySlotChanged(const QString &name) const
+    {
+        if (m_listener)
+            m_listener(name);
+    }
 
     void declareSlot(const QString &name, const QString &description) override;
     bool declareParameterSlot(const QString &name, const QString &description) override;
@@ -51,10 +60,19 @@ public:
     void reportChangeCode(int code) override;
 
 private:
-    qsizetype indexOf(const QString &name) const;
+    struct Entry
+    {
+        Slot slot;
+        bool removed = false;
+    };
+    void dropRemoved();
 
     zetPrimitiveModel *m_model;
-    QList<Slot> m_slots;
+    // A model declares and removes thousands of parameter slots at a time: a removed entry stays
+    // in place until they make up half the list, so neither costs a pass over all the others.
+    QList<Entry> m_slots;
+    QHash<QString, qsizetype> m_positions; // name -> its entry
+    qsizetype m_removed = 0;
     QStringList m_reports;
     std::function<void(const QString &)> m_listener;
     int m_echoDepth = 0;

@@ -18,6 +18,9 @@ public:
     virtual ~zetChildPad();
 
     virtual void setName(const QString &name) = 0;
+    // What assistive technology says for the child: what its row is for. The host's, beside the
+    // framework's operations: a caption placed above an input is not tied to it otherwise.
+    virtual void setAccessibleCaption(const QString &caption) = 0;
     // Raises tessaly::Error for a property the child does not have or a value it cannot take.
     virtual void setProperty(const QString &name, const QVariant &value) = 0;
     virtual QVariant property(const QString &name) const = 0;

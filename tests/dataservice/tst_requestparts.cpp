@@ -139,6 +139,7 @@ void TestRequestParts::valuesSurviveTheResponseText_data()
     QTest::newRow("markup characters") << QByteArray("a<b>&c \"q\" 'x'") << false;
     QTest::newRow("line breaks and tab") << QByteArray("one\r\ntwo\tthree\r") << false;
     QTest::newRow("non-ASCII") << QByteArray("Gr\xc3\xbc\xc3\x9f\x65 \xe6\x9d\xb1\xe4\xba\xac \xf0\x9f\x98\x80") << false;
+    QTest::newRow("white space alone") << QByteArray(" \t\r\n") << true; // a DOM reader would drop it
     QTest::newRow("control character") << QByteArray("bell\x07") << true;
     QTest::newRow("invalid UTF-8") << QByteArray("\xff\xfe") << true;
     QTest::newRow("encoded surrogate") << QByteArray("\xed\xa0\x80") << true;

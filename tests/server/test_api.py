@@ -21,6 +21,7 @@ import urllib.parse
 
 ARGS = None
 SAMPLE = "sales-by-region"
+COUNTRY = "sales-by-country"  # live lists that follow each other, several regions, a moving date
 HOSTILE_DATES = [
     # (value given for @@@FromDate, status): the data service's guards, reached through HTTP
     ("'2023-01-01'; DELETE FROM orders", 422),
@@ -77,10 +78,10 @@ class Server:
             self.process.wait(30)
 
 
-def run_cli(config_home, document, inputs, format_="json"):
-    arguments = [ARGS.veldra, "run", "--format", format_, document]
+def run_cli(config_home, document, inputs, format_="json", option="--set", extra=()):
+    arguments = [ARGS.veldra, "run", "--format", format_, document, *extra]
     for name, value in inputs:
-        arguments += ["--set", "%s=%s" % (name, value)]
+        arguments += [option, "%s=%s" % (name, value)]
     done = subprocess.run(arguments, capture_output=True, env=dict(os.environ, XDG_CONFIG_HOME=config_home,
                                                                    VELDRA_LANG="en"))
     return done.returncode, done.stdout, done.stderr.decode()
@@ -109,6 +110,7 @@ class Fixture:
         os.makedirs(self.folder)
         os.makedirs(os.path.join(self.config, "veldra"))
         shutil.copy(ARGS.sample_component, self.folder)
+        shutil.copy(os.path.join(os.path.dirname(ARGS.sample_component), COUNTRY + ".component.xml"), self.folder)
         shutil.copy(os.path.join(os.path.dirname(__file__), "big.component.xml"), self.folder)
         big = os.path.join(self.root, "big.db")
         subprocess.run(["sqlite3", big, "CREATE TABLE big AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL "
@@ -118,7 +120,8 @@ class Fixture:
         self.pg = pg_state()
         if "port" in self.pg:
             ini += ["[Shared]", "provider=PostgreSQL", "host=" + self.pg["host"], "port=" + self.pg["port"],
-                    "user=" + self.pg["reader"], "dbname=" + self.pg["dbname"], "catalogs=sales", "pool_size=2"]
+                    "user=" + self.pg["reader"], "dbname=" + self.pg["dbname"], "catalogs=sales", "pool_size=2",
+                    "catalog.main=sales"]
             with open(ARGS.sample_component) as file:
                 text = file.read()
             text = (text.replace("<provider>SQLite</provider>", "<provider>PostgreSQL</provider>")
@@ -195,6 +198,42 @@ class Api(unittest.TestCase):
         self.assertIn("@@@FromDate (\"Orders from ('YYYY-MM-DD')\") has no value", json.loads(body)["reason"])
         self.assertEqual(self.server.rows(SAMPLE, [("format", "xml")])[0], 400)
 
+    def test_parameter_settings_as_veldra_run_takes_them(self):
+        region = {p["name"]: p for p in self.components()[COUNTRY]["parameters"]}["@@@Region"]
+        self.assertEqual((region["live"], region["multiple"], region["dependsOn"]), (True, True, ["@@@Country"]))
+        self.assertEqual([c["label"] for c in region["choices"]][:2], ["Central", "North East"])
+        picks = [("@@@Region", "Central"), ("@@@Region", "'SW'")]
+        status, _, body = self.server.rows(COUNTRY, picks + [("format", "csv")])
+        code, printed, _ = run_cli(self.fixture.config, self.fixture.document(COUNTRY), picks, "csv", "--pick")
+        self.assertEqual((status, code, body), (200, 0, printed))
+        self.assertEqual(body.count(b"\r\n"), 6)
+        # The regions follow the country; a region it does not hold gives way.
+        _, _, body = self.server.rows(COUNTRY, [("@@@Country", "'Brevonia'")])
+        self.assertEqual({row[0] for row in json.loads(body)["rows"]}, {"Overseas"})
+        # The search narrows in the engine; what is typed is text, never SQL.
+        for search, labels in (("WEST", ["North West", "South West"]), ("%", []), ("' OR '1'='1", [])):
+            status, _, body = self.server.get("/api/components/%s/lists/@@@Region?%s" % (
+                COUNTRY, quoted([("search", search), ("@@@Country", "'Avaland'")])))
+            self.assertEqual((status, [c["label"] for c in json.loads(body)["choices"]]), (200, labels))
+        status, _, body = self.server.rows(COUNTRY, [("@@@Region", "")])
+        self.assertEqual(status, 400)
+        self.assertIn("@@@Region (\"Region\") has no value", json.loads(body)["reason"])
+
+    def test_a_folder_runs_on_another_data_source(self):
+        if not self.fixture.pg:
+            self.skipTest("no PostgreSQL server (see tests/dataservice/pgserver.sh)")
+        server = Server(self.fixture.folder, self.fixture.config, "--source", "Shared")
+        try:
+            status, _, body = server.rows(COUNTRY, [("format", "csv")])
+            code, printed, _ = run_cli(self.fixture.config, self.fixture.document(COUNTRY), [], "csv",
+                                       extra=("--source", "Shared"))
+            self.assertEqual((status, code, body), (200, 0, printed))
+            self.assertIn(b"400425.50", body)  # PostgreSQL's NUMERIC, not SQLite's 400425.5
+            status, _, body = server.get("/api/components/%s/sql?engine=true" % COUNTRY)
+            self.assertIn(b'FROM "sales"."regions"', body)
+        finally:
+            server.stop()
+
     def test_hostile_values_get_the_refusals_veldra_run_gives(self):
         for value, expected in HOSTILE_DATES:
             with self.subTest(value=value):
@@ -230,7 +269,8 @@ class Api(unittest.TestCase):
         with open(self.server.log) as log:
             text = log.read()
         self.assertNotIn(self.server.token, text)
-        self.assertNotIn("Region", text)  # paths without query values
+        self.assertNotIn("@@@Region=", text)  # paths without query values
+        self.assertNotIn("Brevonia", text)
         self.assertRegex(text, r"GET /api/components/%s/rows 200 \d+ms rows=3 bytes=\d+" % SAMPLE)
 
     def test_files_added_changed_and_removed_are_seen_while_running(self):

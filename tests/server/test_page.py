@@ -31,6 +31,7 @@ class Page(unittest.TestCase):
         folder = os.path.join(cls.root, "components")
         os.makedirs(folder)
         shutil.copy(ARGS.sample_component, folder)
+        cls.million_values(folder)
         env = dict(os.environ, XDG_CONFIG_HOME=os.path.join(cls.root, "config"), VELDRA_SAMPLE_DB=ARGS.sample_db)
         cls.server = subprocess.Popen([ARGS.veldra, "serve", folder, "--port", "0", "--access-log", os.devnull],
                                       stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, env=env)
@@ -44,6 +45,26 @@ class Page(unittest.TestCase):
         cls.browser = webdriver.Chrome(service=Service(shutil.which("chromedriver") or "/usr/bin/chromedriver"),
                                        options=options)
         cls.wait = WebDriverWait(cls.browser, 20)
+
+    @classmethod
+    def million_values(cls, folder):
+        """A component whose @@@Label takes several values from a live list of 1,000,000 labels."""
+        big = os.path.join(cls.root, "big.db")
+        subprocess.run(["sqlite3", big, "CREATE TABLE big AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL "
+                        "SELECT i + 1 FROM n LIMIT 1000000) SELECT i, 'row number ' || i AS label FROM n; "
+                        "CREATE INDEX big_label ON big (label)"], check=True)
+        os.makedirs(os.path.join(cls.root, "config", "veldra"))
+        with open(os.path.join(cls.root, "config", "veldra", "datasources.ini"), "w") as file:
+            file.write("[Big]\nprovider=SQLite\npath=%s\n" % big)
+        with open(os.path.join(os.path.dirname(__file__), "big.component.xml")) as file:
+            text = file.read()
+        text = (text.replace("@@@From", "@@@Label").replace("<title>From</title>", "<title>Labels</title>")
+                .replace("big.i &gt;= @@@Label", "big.label IN (@@@Label)")
+                .replace('<Text key="@@@Label">1</Text>', "<Text key=\"@@@Label\">'row number 1'</Text>")
+                .replace("</Model>", "</Model>\n <Host>\n  <Parameter name=\"@@@Label\" multiple=\"true\">\n"
+                         "   <LiveList table=\"big\" value=\"label\" cache=\"300\"/>\n  </Parameter>\n </Host>"))
+        with open(os.path.join(folder, "labels.component.xml"), "w") as file:
+            file.write(text)
 
     @classmethod
     def tearDownClass(cls):
@@ -96,8 +117,24 @@ class Page(unittest.TestCase):
 
         browser.get(self.url)
         card = wait.until(shows.visibility_of_element_located((By.CSS_SELECTOR, "a.card")))
-        self.assertEqual(card.find_element(By.TAG_NAME, "h2").text, "sales-by-region")
+        self.assertEqual(card.find_element(By.TAG_NAME, "h2").text, "labels")
         self.shot("page-list")
+
+        # A list of a million values: typing narrows it in the engine, several are picked.
+        browser.get(self.url + "components/labels")
+        wait.until(lambda _: self.cells(2) == ["row number 1"])
+        picker = Select(browser.find_element(By.CSS_SELECTOR, "select[data-name='@@@Label']"))
+        picker.deselect_by_visible_text("row number 1")
+        problem = wait.until(shows.visibility_of_element_located((By.ID, "problem")))
+        self.assertIn("@@@Label", problem.text)  # none picked: missing, never IN ()
+        search = browser.find_element(By.CSS_SELECTOR, "input[type=search]")
+        search.send_keys("number 99999")
+        options = "select[data-name='@@@Label'] option:not([disabled])"
+        wait.until(lambda _: self.texts(options)[:2] == ["row number 99999", "row number 999990"])
+        picker.select_by_visible_text("row number 99999")
+        picker.select_by_visible_text("row number 999999")
+        wait.until(lambda _: sorted(self.cells(2)) == ["row number 99999", "row number 999999"])
+        self.shot("page-million-values")
 
 
 if __name__ == "__main__":

@@ -143,6 +143,14 @@ private Q_SLOTS:
         QCOMPARE(combo->currentIndex(), 1);
     }
 
+    void aCaptionLongerThanItsWidthGrowsInsteadOfBeingCut()
+    {
+        ChildPadWidget *caption = create("CommonLX.StaticTextPad");
+        caption->setSize(60, 10);
+        caption->setProperty("String", "Orders from ('YYYY-MM-DD') and on");
+        QVERIFY(caption->minimumHeight() >= 2 * caption->fontMetrics().height());
+    }
+
     void aConnectedPropertyAndItsSlotFollowEachOther()
     {
         ChildPadWidget *text = create("StringZorbit.StringPad");

@@ -91,9 +91,28 @@ constexpr Entry entries[] = {
     { u"PNG images (*.png)", u"PNG 画像 (*.png)" },
     { u"SVG images (*.svg)", u"SVG 画像 (*.svg)" },
     { u"Cannot save the chart", u"グラフを保存できません" },
+    { u"&Data source:", u"データソース(&D):" },
+    { u"As the component names it", u"コンポーネントが指定するもの" },
+    { u"%1 (several values)", u"%1 (複数の値)" },
+    { u"Type to narrow the list", u"入力して一覧を絞り込む" },
+    { u"... more: type to narrow the list", u"... さらにあります: 入力して絞り込んでください" },
+    { u"Chosen, but not on this page of the list: %1", u"選んだ値のうちこのページにないもの: %1 個" },
+    { u"Parameters", u"パラメーター" },
+    { u"&Parameter Settings...", u"パラメーターの設定(&P)..." },
+    { u"&Parameter:", u"パラメーター(&P):" },
+    { u"Several &values", u"複数の値(&V)" },
+    { u"Relative &default:", u"相対的な既定値(&D):" },
+    { u"List from &table:", u"一覧の読み込み元テーブル(&T):" },
+    { u"&Value column:", u"値の列(&A):" },
+    { u"&Shown column:", u"表示する列(&S):" },
+    { u"&Filter:", u"絞り込み条件(&F):" },
+    { u"&Order by:", u"並べ替え(&O):" },
+    { u"Desc&ending", u"降順(&E)" },
+    { u"&Keep the list for (seconds):", u"一覧を保持する秒数(&K):" },
+    { u"Values of %1", u"%1 の値" },
 };
 
-static_assert(std::size(entries) == size_t(StudioText::CannotSaveChart) + 1, "one entry per StudioText");
+static_assert(std::size(entries) == size_t(StudioText::ValuesOf) + 1, "one entry per StudioText");
 
 } // namespace
 

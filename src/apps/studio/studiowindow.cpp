@@ -1,6 +1,8 @@
 #include "studiowindow.h"
 
 #include "chartpanel.h"
+#include "parameterpanel.h"
+#include "parametersettingsdialog.h"
 #include "resulttablemodel.h"
 #include "rowexport.h"
 #include "studiosettings.h"
@@ -8,11 +10,14 @@
 
 #include "dataservice/dataservice.h"
 #include "dataservice/localserviceproxy.h"
+#include "host/componentsession.h"
 #include "host/currentrequest.h"
 #include "host/runinputs.h"
 #include "host/slotvalues.h"
 #include "tessaly/componentdocument.h"
 #include "tessaly/componentloader.h"
+#include "tessaly/documentfile.h"
+#include "tessaly/namemap.h"
 #include "tessaly/error.h"
 #include "tessaly/modelhost.h"
 #include "tessaly/uiservice.h"
@@ -90,7 +95,7 @@ std::shared_ptr<dataservice::DataService> makeDataService()
 } // namespace
 
 StudioWindow::StudioWindow(QWidget *parent)
-    : QMainWindow(parent), m_proxy(std::make_shared<dataservice::LocalServiceProxy>(makeDataService()))
+    : QMainWindow(parent), m_service(makeDataService()), m_proxy(std::make_shared<dataservice::LocalServiceProxy>(m_service))
 {
     setObjectName(QStringLiteral("StudioWindow"));
     m_document.setDataServiceProxy(m_proxy);
@@ -161,8 +166,22 @@ StudioWindow::StudioWindow(QWidget *parent)
     right->setStretchFactor(0, 3); // the rows matter most
     right->setStretchFactor(1, 2);
     right->setStretchFactor(2, 1);
+    m_parameters = new ParameterPanel(m_service);
+    connect(m_parameters, &ParameterPanel::sourceChosen, this, &StudioWindow::chooseSource);
+    auto *parameterArea = new QScrollArea;
+    parameterArea->setObjectName(QStringLiteral("ParameterArea"));
+    parameterArea->setAccessibleName(studioText(StudioText::ParametersTitle));
+    parameterArea->setWidgetResizable(true);
+    parameterArea->setWidget(m_parameters);
+    auto *left = new QSplitter(Qt::Vertical);
+    left->addWidget(m_padArea);
+    left->addWidget(parameterArea);
+    left->setStretchFactor(0, 2);
+    left->setStretchFactor(1, 3); // the lists need the room; the pad's inputs are few lines
+    left->setSizes({ 2000, 3000 });
+    parameterArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     auto *splitter = new QSplitter(Qt::Horizontal);
-    splitter->addWidget(m_padArea);
+    splitter->addWidget(left);
     splitter->addWidget(right);
     splitter->setStretchFactor(1, 1);
     setCentralWidget(splitter);
@@ -243,6 +262,7 @@ void StudioWindow::createMenus()
             ->setObjectName(QStringLiteral("EditQueryAction"));
     add(query, StudioText::RunAgainAction, "RunAgainAction", &StudioWindow::requestChanged, QKeySequence::Refresh);
     add(query, StudioText::CheckAction, "CheckAction", &StudioWindow::checkQuery, QKeySequence(Qt::CTRL | Qt::Key_K));
+    add(query, StudioText::ParameterSettingsAction, "ParameterSettingsAction", &StudioWindow::editParameterSettings);
 
     QMenu *view = menuBar()->addMenu(studioText(StudioText::ViewMenu));
     m_showRequest = view->addAction(studioText(StudioText::ShowRequestAction));
@@ -335,7 +355,7 @@ void StudioWindow::buildFace(Component &component)
 QByteArray StudioWindow::documentBytes() const
 {
     try {
-        return tessaly::ComponentDocument::save(*m_component.model, m_component.pad.get());
+        return m_settings.writeInto(tessaly::ComponentDocument::save(*m_component.model, m_component.pad.get()));
     } catch (const tessaly::Error &) {
         return QByteArray(); // what cannot be written counts as changed
     }
@@ -351,8 +371,18 @@ bool StudioWindow::openDocument(const QString &fileName)
     // Loaded into a component of its own first: one that cannot be used leaves the open one
     // (and the name File > Save writes to) as it was.
     Component next = createComponent();
+    host::HostSettings settings;
     try {
-        tessaly::ComponentDocument::load(fileName, *next.model, next.pad.get());
+        const QByteArray data = tessaly::DocumentFile::read(fileName);
+        settings = host::HostSettings::read(data, fileName);
+        tessaly::ComponentDocument::load(data, fileName, *next.model, next.pad.get());
+        if (const auto definition = host::definitionOf(next.site->modelHost())) {
+            try {
+                settings.check(*definition);
+            } catch (const tessaly::Error &error) {
+                throw tessaly::Error(error.number(), fileName + QStringLiteral(": ") + error.message());
+            }
+        }
         buildFace(next);
     } catch (const tessaly::Error &error) {
         drop(next);
@@ -360,7 +390,10 @@ bool StudioWindow::openDocument(const QString &fileName)
         tell(studioText(StudioText::CannotOpen), error.message());
         return false;
     }
+    m_parameters->unbind();
     host(std::move(next));
+    m_settings = settings;
+    m_parameters->bind(m_component.site->modelHost(), m_settings, m_source);
     m_fileName = fileName;
     m_savedBytes = documentBytes();
     m_queryChanged = false;
@@ -386,7 +419,10 @@ bool StudioWindow::reopenLastDocument()
 
 void StudioWindow::newDocument()
 {
+    m_parameters->unbind();
     host(createComponent());
+    m_settings = {};
+    m_parameters->bind(m_component.site->modelHost(), m_settings, m_source);
     m_fileName.clear();
     m_savedBytes = documentBytes();
     m_queryChanged = false;
@@ -399,7 +435,7 @@ void StudioWindow::newDocument()
 bool StudioWindow::saveDocument(const QString &fileName)
 {
     try {
-        tessaly::ComponentDocument::save(fileName, *m_component.model, m_component.pad.get());
+        host::writeDocumentFile(fileName, m_settings.writeInto(tessaly::ComponentDocument::save(*m_component.model, m_component.pad.get())));
     } catch (const tessaly::Error &error) {
         tell(studioText(StudioText::CannotSave), error.message());
         return false;
@@ -443,6 +479,9 @@ void StudioWindow::editQuery()
         if (host::definitionOf(m_component.site->modelHost()) == before.definition)
             return;
         host::seedRunInputs(m_component.site->modelHost(), before);
+        // Settings of parameters the edit took out go with them; the others stay.
+        m_settings.dropOthers(*host::definitionOf(m_component.site->modelHost()));
+        m_parameters->bind(m_component.site->modelHost(), m_settings, m_source);
         // Finish without a change gives an equal copy of the query: nothing to save for that.
         m_queryChanged = m_queryChanged || documentBytes() != document;
         updateTitle();
@@ -454,6 +493,7 @@ void StudioWindow::editQuery()
 
 void StudioWindow::requestChanged()
 {
+    m_parameters->parametersChanged(); // the lists that follow a changed parameter
     updateTitle();
     m_timer.start();
 }
@@ -470,7 +510,7 @@ void StudioWindow::runQuery()
     } catch (const tessaly::Error &error) {
         unsent = studioText(StudioText::NoRequest).arg(error.message());
     }
-    m_requestText->setPlainText(current.ready() ? current.text : unsent);
+    m_requestText->setPlainText(current.ready() ? QString::fromUtf8(currentRequestText(current)) : unsent);
     m_runner->supersede(++m_asked);
     if (!current.ready()) {
         m_shown = m_asked;
@@ -483,7 +523,51 @@ void StudioWindow::runQuery()
     }
     m_status->setText(studioText(StudioText::Running));
     m_results->startAnswer();
-    Q_EMIT runRequested(m_asked, current.text.toUtf8());
+    Q_EMIT runRequested(m_asked, currentRequestText(current));
+}
+
+// The request as it goes to the data service: to the data source chosen, if any.
+QByteArray StudioWindow::currentRequestText(const host::CurrentRequest &current) const
+{
+    return m_source.retarget(current.text.toUtf8());
+}
+
+bool StudioWindow::chooseSource(const QString &name)
+{
+    try {
+        m_source = name.isEmpty() ? host::SourceChoice() : host::SourceChoice::named(name, m_service->dataSources());
+    } catch (const tessaly::Error &error) {
+        tell(studioText(StudioText::ParametersTitle), error.message());
+        return false;
+    }
+    m_parameters->bind(m_component.site->modelHost(), m_settings, m_source);
+    requestChanged();
+    return true;
+}
+
+void StudioWindow::editParameterSettings()
+{
+    const auto definition = host::definitionOf(m_component.site->modelHost());
+    if (!definition)
+        return;
+    ParameterSettingsDialog dialog(*definition, m_settings,
+                                   [this](const host::HostSettings &settings) { return setParameterSettings(settings); }, this);
+    tessaly::UiService::instance().execDialog(dialog);
+}
+
+bool StudioWindow::setParameterSettings(const host::HostSettings &settings)
+{
+    try {
+        if (const auto definition = host::definitionOf(m_component.site->modelHost()))
+            settings.check(*definition);
+    } catch (const tessaly::Error &error) {
+        tell(studioText(StudioText::ParametersTitle), error.message());
+        return false;
+    }
+    m_settings = settings;
+    m_parameters->bind(m_component.site->modelHost(), m_settings, m_source);
+    requestChanged();
+    return true;
 }
 
 void StudioWindow::showRows(quint64 number, const RowChunk &rows)
@@ -541,7 +625,7 @@ void StudioWindow::checkQuery()
         return;
     }
     tessaly::UiService::instance().setBusy(true);
-    Q_EMIT checkRequested(current.text.toUtf8());
+    Q_EMIT checkRequested(currentRequestText(current));
 }
 
 void StudioWindow::showCheck(const AnswerEnd &end)

@@ -2,6 +2,10 @@
 
 #include "queryrunner.h"
 
+#include "host/currentrequest.h"
+#include "host/parametersettings.h"
+#include "host/sourcechoice.h"
+
 #include "tessaly/containersite.h"
 
 #include <QMainWindow>
@@ -11,6 +15,7 @@
 #include <memory>
 
 class ChartPanel;
+class ParameterPanel;
 class QAction;
 class QFrame;
 class QLabel;
@@ -22,8 +27,9 @@ class ResultTableModel;
 struct ChartSettings;
 
 namespace dataservice {
+class DataService;
 class LocalServiceProxy;
-}
+} // namespace dataservice
 namespace tessaly {
 class PadSite;
 }
@@ -67,6 +73,13 @@ public:
     const ResultTableModel &results() const { return *m_results; }
     const AnswerEnd &lastAnswer() const { return m_answer; }
     ChartPanel &chart() const { return *m_chart; }
+    ParameterPanel &parameters() const { return *m_parameters; }
+    const host::HostSettings &parameterSettings() const { return m_settings; }
+    // Checks the settings against the query (a cycle of lists is refused, naming it) and shows
+    // them; false, after saying why through the UI service, when they cannot be used.
+    bool setParameterSettings(const host::HostSettings &settings);
+    // Runs the component on the data source name instead of the one it names (empty: its own).
+    bool chooseSource(const QString &name);
     QTableView &grid() const { return *m_grid; }
     // True when the rows shown answer the latest request (or there is nothing to ask).
     bool isSettled() const { return !m_timer.isActive() && m_shown == m_asked; }
@@ -122,6 +135,10 @@ private:
     void exportAs();
     QString chooseFile(bool saving, const QString &filters, const QString &suggested, QString *filter = nullptr);
 
+    QByteArray currentRequestText(const host::CurrentRequest &current) const;
+    void editParameterSettings();
+
+    std::shared_ptr<const dataservice::DataService> m_service;
     std::shared_ptr<dataservice::LocalServiceProxy> m_proxy; // the one data service
     tessaly::ContainerSite m_document; // holds the component and gives it the data service
     Component m_component;
@@ -132,6 +149,9 @@ private:
     QFrame *m_noticePanel = nullptr;
     QLabel *m_notice = nullptr;
     ChartPanel *m_chart = nullptr;
+    ParameterPanel *m_parameters = nullptr;
+    host::HostSettings m_settings; // the document's host-level parameter settings
+    host::SourceChoice m_source;
     QPlainTextEdit *m_requestText = nullptr;
     QLabel *m_status = nullptr;
     QLabel *m_where = nullptr; // where the document is saved

@@ -119,6 +119,28 @@ const Entry entries[] = {
     { CliText::SaveOption, u"write the component, with the values set, to OUT",
       u"値を設定したコンポーネントを OUT に書き込む" },
     { CliText::FormatOption, u"table (default), csv, json or xml", u"table（既定）、csv、json、xml のいずれか" },
+    { CliText::PickOption, u"choose VALUE for the parameter NAME by its value or shown text, quoted for the "
+      u"engine; repeat it for a parameter that takes several values",
+      u"パラメーター NAME の値を値または表示テキストで選ぶ（エンジン向けに引用）。複数の値を取るパラメーターには繰り返す" },
+    { CliText::SourceOption, u"run on the data source NAME instead of the one the component names",
+      u"コンポーネントが指定するデータソースではなくデータソース NAME で実行する" },
+    { CliText::SettingOption, u"change a host setting of parameter NAME: KEY is multiple, default, table, value, "
+      u"display, filter, order, descending or cache; repeatable",
+      u"パラメーター NAME のホスト設定を変える。KEY は multiple、default、table、value、display、filter、order、"
+      u"descending、cache。複数指定可" },
+    { CliText::SearchOption, u"list only the values whose shown text holds TEXT",
+      u"表示テキストに TEXT を含む値だけを一覧する" },
+    { CliText::SettingWantsKey, u"--setting wants NAME:KEY=VALUE with KEY one of multiple, default, table, value, "
+      u"display, filter, order, descending, cache (a cache in whole seconds), not \"%1\"",
+      u"--setting には NAME:KEY=VALUE を指定してください（KEY は multiple、default、table、value、display、filter、"
+      u"order、descending、cache、cache は秒数）。「%1」ではありません" },
+    { CliText::PickWantsParameter, u"--pick: \"%1\" is no parameter of the query; its parameters are: %2",
+      u"--pick：「%1」は問い合わせのパラメーターではありません。パラメーターは次のとおりです：%2" },
+    { CliText::ParamSeveralValues, u"several values", u"複数の値" },
+    { CliText::ParamRelativeDefault, u"default: %1 (%2 today)", u"既定値：%1（今日は %2）" },
+    { CliText::ParamLiveList, u"values read from %1 %2 (table %3)", u"%1 %2 から読んだ値（テーブル %3）" },
+    { CliText::ParamStoredList, u"values stored in the query", u"問い合わせに保存された値" },
+    { CliText::ParamMore, u"... more: narrow the list with --search TEXT", u"... さらにあります。--search TEXT で絞り込んでください" },
     { CliText::FilledOption, u"show the parameters' current values instead of their markers",
       u"パラメータをマーカーではなく現在の値で表示する" },
     { CliText::EngineOption,

@@ -45,7 +45,8 @@ int EditSession::run()
         return exitcode::ok;
     }
     host::seedRunInputs(m_session.host(), before);
-    const host::SaveOutcome saved = host::saveKeepingWork(m_document, *m_session.model());
+    m_session.settings().dropOthers(*m_session.definition()); // those of parameters the edit took out
+    const host::SaveOutcome saved = host::saveKeepingWork(m_document, *m_session.model(), nullptr, &m_session.settings());
     if (!saved.failure.isEmpty()) {
         err() << "veldra edit: " << cliText(CliText::EditKept).arg(saved.failure, saved.savedTo) << Qt::endl;
         return exitcode::badInput;

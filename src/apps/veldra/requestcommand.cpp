@@ -2,7 +2,9 @@
 #include "command.h"
 #include "commandinput.h"
 
+#include "dataservice/dataservice.h"
 #include "host/componentsession.h"
+#include "host/livelists.h"
 
 #include <QCommandLineParser>
 
@@ -11,9 +13,10 @@ int runRequest(const QStringList &arguments)
     QCommandLineParser parser;
     parser.setApplicationDescription(cliText(CliText::RequestDescription));
     parser.addPositionalArgument(QStringLiteral("DOC"), cliText(CliText::DocArgument));
-    const QCommandLineOption set(QStringLiteral("set"), cliText(CliText::SetOption), QStringLiteral("NAME=VALUE"));
+    ParameterOptions options;
+    options.set.setDescription(cliText(CliText::SetOption));
     const QCommandLineOption save(QStringLiteral("save"), cliText(CliText::SaveOption), QStringLiteral("OUT"));
-    parser.addOption(set);
+    options.addTo(parser);
     parser.addOption(save);
     if (const auto status = parseCommandLine(parser, arguments, QStringLiteral("request")))
         return *status;
@@ -23,9 +26,11 @@ int runRequest(const QStringList &arguments)
     }
     const QString document = parser.positionalArguments().constFirst();
 
+    const auto service = std::make_shared<const dataservice::DataService>();
+    host::LiveLists lists(service);
     host::ComponentSession session;
     loadDocument(session, document);
-    applyAssignments(session, parser.values(set));
+    applyParameterOptions(session, parser, options, QStringLiteral("request"), lists, *service);
     const host::CurrentRequest request = session.request();
     if (parser.isSet(save))
         session.save(parser.value(save));

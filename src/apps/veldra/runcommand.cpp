@@ -7,6 +7,7 @@
 
 #include "dataservice/dataservice.h"
 #include "host/componentsession.h"
+#include "host/livelists.h"
 #include "tessaly/error.h"
 #include "veldra/service/databaseerrorreport.h"
 
@@ -42,10 +43,10 @@ int runRun(const QStringList &arguments)
     QCommandLineParser parser;
     parser.setApplicationDescription(cliText(CliText::RunDescription));
     parser.addPositionalArgument(QStringLiteral("DOC"), cliText(CliText::DocArgument));
-    const QCommandLineOption set(QStringLiteral("set"), cliText(CliText::SetFirstOption), QStringLiteral("NAME=VALUE"));
+    const ParameterOptions options;
     const QCommandLineOption format(QStringLiteral("format"), cliText(CliText::FormatOption), QStringLiteral("FORMAT"),
                                     QStringLiteral("table"));
-    parser.addOption(set);
+    options.addTo(parser);
     parser.addOption(format);
     if (const auto status = parseCommandLine(parser, arguments, QStringLiteral("run")))
         return *status;
@@ -57,16 +58,18 @@ int runRun(const QStringList &arguments)
     }
     const QString document = parser.positionalArguments().constFirst();
 
+    // A bad configuration is bad input, as for every command.
+    const auto service = std::make_shared<const dataservice::DataService>();
+    host::LiveLists lists(service);
     host::ComponentSession session;
     loadDocument(session, document);
-    applyAssignments(session, parser.values(set));
+    applyParameterOptions(session, parser, options, QStringLiteral("run"), lists, *service);
     const host::CurrentRequest request = session.request();
     if (!request.ready())
         return reportUnsent(QStringLiteral("run"), inputName(document), request);
 
-    const dataservice::DataService service; // a bad configuration is bad input, as for every command
     try {
-        service.select(request.text.toUtf8(), *printer);
+        service->select(request.text.toUtf8(), *printer);
     } catch (const tessaly::Error &error) {
         try {
             printer->abandon();

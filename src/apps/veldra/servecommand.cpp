@@ -4,6 +4,8 @@
 #include "dataservice/backendpool.h"
 #include "dataservice/dataservice.h"
 #include "server/componentdirectory.h"
+#include "host/livelists.h"
+#include "host/sourcechoice.h"
 #include "server/componentrunner.h"
 #include "server/httpservice.h"
 #include "server/serveoptions.h"
@@ -24,8 +26,8 @@ namespace {
 // Takes the command line over the configuration file; raises tessaly::Error for a bad value.
 server::ServeOptions readOptions(const QCommandLineParser &parser, const QList<QCommandLineOption> &options)
 {
-    const auto &[config, listen, port, tokenFile, workers, accessLog] =
-            std::tie(options[0], options[1], options[2], options[3], options[4], options[5]);
+    const auto &[config, listen, port, tokenFile, workers, accessLog, source] =
+            std::tie(options[0], options[1], options[2], options[3], options[4], options[5], options[6]);
     server::ServeOptions serve;
     if (parser.isSet(config))
         serve.readFile(parser.value(config));
@@ -37,6 +39,8 @@ server::ServeOptions readOptions(const QCommandLineParser &parser, const QList<Q
         serve.tokenFile = QFileInfo(parser.value(tokenFile)).absoluteFilePath();
     if (parser.isSet(accessLog))
         serve.accessLog = parser.value(accessLog);
+    if (parser.isSet(source))
+        serve.source = parser.value(source);
     const auto number = [&](const QCommandLineOption &option, int low, int high, int *target) {
         if (!parser.isSet(option))
             return;
@@ -67,6 +71,7 @@ int runServe(const QStringList &arguments)
         { QStringLiteral("token-file"), cliText(CliText::ServeTokenFileOption), QStringLiteral("FILE") },
         { QStringLiteral("workers"), cliText(CliText::ServeWorkersOption), QStringLiteral("N") },
         { QStringLiteral("access-log"), cliText(CliText::ServeAccessLogOption), QStringLiteral("FILE") },
+        { QStringLiteral("source"), cliText(CliText::SourceOption), QStringLiteral("NAME") },
     };
     parser.addOptions(options);
     if (const auto status = parseCommandLine(parser, arguments, QStringLiteral("serve")))
@@ -100,8 +105,14 @@ int runServe(const QStringList &arguments)
     service.usePool(std::make_shared<dataservice::BackendPool>(&dataservice::DataService::open,
                                                                std::chrono::milliseconds(serve.queueWaitMs)));
     server::ComponentDirectory directory(serve.directory);
-    server::WorkerPool workers(serve.workers, serve.queue,
-                               [&service] { return std::make_unique<server::ComponentRunner>(service); });
+    const host::SourceChoice source = serve.source.isEmpty()
+            ? host::SourceChoice() : host::SourceChoice::named(serve.source, service.dataSources());
+    // One set of live lists for every worker: what one fetched, the others take from the cache.
+    const auto lists = std::make_shared<host::LiveLists>(
+            std::shared_ptr<const dataservice::DataService>(&service, [](const dataservice::DataService *) {}));
+    server::WorkerPool workers(serve.workers, serve.queue, [&service, &source, &lists] {
+        return std::make_unique<server::ComponentRunner>(service, source, lists);
+    });
     server::HttpService http(serve, std::move(token), directory, workers);
     QString why;
     if (!http.bind(&why)) {

@@ -3,6 +3,7 @@
 #include "commandinput.h"
 
 #include "host/componentsession.h"
+#include "host/livelists.h"
 
 #include "dataservice/dataservice.h"
 #include "dataservice/errornumber.h"
@@ -81,12 +82,11 @@ QByteArray retargeted(const QString &request, const QString &dsn, const QString 
 
 // The SELECT the engine receives for the component's request, as the data service builds it.
 int printEngineStatement(host::ComponentSession &session, const QString &fileName, const QString &dsn,
-                         const QString &catalog)
+                         const QString &catalog, const dataservice::DataService &service)
 {
-    const host::CurrentRequest request = session.request();
+    const host::CurrentRequest request = session.request(); // on the --source chosen, if any
     if (!request.ready())
         return reportUnsent(QStringLiteral("sql"), inputName(fileName), request);
-    const dataservice::DataService service;
     const QByteArray retargetedRequest = retargeted(request.text, dsn, catalog, service.dataSources());
     try {
         out() << service.statement(retargetedRequest) << '\n';
@@ -104,13 +104,14 @@ int runSql(const QStringList &arguments)
     QCommandLineParser parser;
     parser.setApplicationDescription(cliText(CliText::SqlDescription));
     parser.addPositionalArgument(QStringLiteral("FILE"), cliText(CliText::FileArgument));
-    const QCommandLineOption set(QStringLiteral("set"), cliText(CliText::SetFirstOption), QStringLiteral("NAME=VALUE"));
+    const ParameterOptions options;
     const QCommandLineOption filled(QStringLiteral("filled"), cliText(CliText::FilledOption));
     const QCommandLineOption engine(QStringLiteral("engine"), cliText(CliText::EngineOption));
     const QCommandLineOption dsn(QStringLiteral("dsn"), cliText(CliText::EngineDsnOption), QStringLiteral("NAME"));
     const QCommandLineOption catalog(QStringLiteral("catalog"), cliText(CliText::EngineCatalogOption),
                                      QStringLiteral("NAME"));
-    parser.addOptions({set, filled, engine, dsn, catalog});
+    options.addTo(parser);
+    parser.addOptions({filled, engine, dsn, catalog});
     if (const auto status = parseCommandLine(parser, arguments, QStringLiteral("sql")))
         return *status;
     if (parser.positionalArguments().size() != 1) {
@@ -118,11 +119,13 @@ int runSql(const QStringList &arguments)
         return exitcode::badInput;
     }
     const QString fileName = parser.positionalArguments().constFirst();
+    const auto service = std::make_shared<const dataservice::DataService>();
+    host::LiveLists lists(service);
     host::ComponentSession session;
     loadDocument(session, fileName);
-    applyAssignments(session, parser.values(set));
+    applyParameterOptions(session, parser, options, QStringLiteral("sql"), lists, *service);
     if (parser.isSet(engine))
-        return printEngineStatement(session, fileName, parser.value(dsn), parser.value(catalog));
+        return printEngineStatement(session, fileName, parser.value(dsn), parser.value(catalog), *service);
     const auto query = session.definition();
     if (parser.isSet(filled)) {
         // A statement with a hole where a value goes is no statement that runs.

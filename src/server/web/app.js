@@ -107,6 +107,7 @@ class ComponentPage {
     this.controller = null;
     this.result = null;
     this.chart = { kind: "bar", label: null, series: null };
+    this.reloaders = new Map(); // parameter name -> reads its list again
   }
 
   async show() {
@@ -136,7 +137,8 @@ class ComponentPage {
       element("button", { type: "button", id: "download-json", onclick: () => this.download("json"), text: "Download JSON" }));
     main.replaceChildren(
       element("h1", { text: d.name }),
-      element("p", { class: "sub", text: source ? `${source.provider} · ${source.dsn}${source.catalog ? " · " + source.catalog : ""}` : "" }),
+      element("p", { class: "sub", text: (source ? `${source.provider} · ${source.dsn}${source.catalog ? " · " + source.catalog : ""}` : "")
+        + (d.source ? ` · runs on ${d.source}` : "") }),
       element("div", { class: "layout" },
         element("form", { class: "panel", id: "inputs", onsubmit: (event) => event.preventDefault() },
           element("h2", { text: "Inputs" }), ...this.inputFields()),
@@ -192,6 +194,10 @@ class ComponentPage {
     for (const [index, parameter] of d.parameters.entries()) {
       const id = "parameter-" + index;
       let input;
+      if (parameter.live || parameter.multiple) {
+        fields.push(this.listField(parameter, id, change));
+        continue;
+      }
       if (parameter.kind === "list") {
         input = element("select", { id, "data-name": parameter.name });
         for (const choice of parameter.choices)
@@ -209,9 +215,81 @@ class ComponentPage {
     return fields;
   }
 
+  // A list read from the data source, or one that takes several values: a search that narrows
+  // it in the engine as the person types, and the list (several may be picked where allowed).
+  // A change empties the lists that follow it, which the service then settles.
+  listField(parameter, id, change) {
+    const search = element("input", { type: "search", id: id + "-search", placeholder: "Type to narrow the list",
+                                      "aria-label": "Narrow " + (parameter.title || parameter.name) });
+    const select = element("select", { id, "data-name": parameter.name, multiple: !!parameter.multiple,
+                                       size: parameter.multiple ? "6" : "1" });
+    const note = element("div", { class: "hint note", id: id + "-note" });
+    // Values picked before that this page of the list does not show stay picked.
+    const chosen = () => {
+      if (!parameter.multiple) return select.value;
+      const shown = new Set([...select.options].map((o) => o.value));
+      return [...picked.filter((v) => !shown.has(v)), ...[...select.selectedOptions].map((o) => o.value)];
+    };
+    let picked = parameter.multiple ? this.splitLiterals(parameter.value) : parameter.value;
+    const fill = (choices, more, text) => {
+      const keep = new Set(Array.isArray(picked) ? picked : [picked]);
+      select.replaceChildren(...choices.map((c) => element("option", { value: c.value, text: c.label, selected: keep.has(c.value) })));
+      if (more) select.append(element("option", { disabled: true, value: "", text: "… more: type to narrow the list" }));
+      note.textContent = text || "";
+    };
+    fill(parameter.choices || [], parameter.more, parameter.note);
+    const reload = async () => {
+      const query = new URLSearchParams({ search: search.value });
+      for (const [name, value] of this.values)
+        if (name !== parameter.name) for (const v of [].concat(value)) query.append(name, v);
+      const response = await api(componentPath(this.name) + "/lists/" + encodeURIComponent(parameter.name) + "?" + query);
+      if (!response.ok) { note.textContent = await failure(response); return; }
+      const page = await response.json();
+      if (!this.values.has(parameter.name)) picked = parameter.multiple ? this.splitLiterals(page.value) : page.value;
+      fill(page.choices, page.more, page.note);
+    };
+    this.reloaders.set(parameter.name, reload);
+    let timer = null;
+    search.addEventListener("input", () => { clearTimeout(timer); timer = setTimeout(reload, 120); });
+    select.addEventListener("change", () => {
+      picked = chosen();
+      this.forgetFollowers(parameter.name);
+      change(parameter.name, parameter.multiple && !picked.length ? [""] : picked);
+    });
+    return element("div", { class: "field" }, element("label", { for: id, text: parameter.title || parameter.name }),
+      search, select, note, element("div", { class: "hint", text: parameter.name + (parameter.multiple ? " · several values" : "") }));
+  }
+
+  // The lists whose filter refers to name, at any depth, forget what was picked and read again.
+  forgetFollowers(name) {
+    const followers = new Set([name]);
+    for (let grew = true; grew;) {
+      grew = false;
+      for (const p of this.description.parameters)
+        if (!followers.has(p.name) && (p.dependsOn || []).some((n) => followers.has(n))) { followers.add(p.name); grew = true; }
+    }
+    followers.delete(name);
+    for (const follower of followers) {
+      this.values.delete(follower);
+      setTimeout(() => this.reloaders.get(follower)?.(), 0);
+    }
+  }
+
+  splitLiterals(text) {
+    const out = [];
+    let current = "", quoted = false;
+    for (const c of text || "") {
+      if (c === "'") quoted = !quoted;
+      if (c === "," && !quoted) { out.push(current.trim()); current = ""; continue; }
+      current += c;
+    }
+    if (current.trim()) out.push(current.trim());
+    return out;
+  }
+
   query(format) {
     const query = new URLSearchParams();
-    for (const [name, value] of this.values) query.append(name, value);
+    for (const [name, value] of this.values) for (const v of [].concat(value)) query.append(name, v);
     if (format) query.set("format", format);
     const text = query.toString();
     return componentPath(this.name) + "/rows" + (text ? "?" + text : "");

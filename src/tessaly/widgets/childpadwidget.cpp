@@ -1,6 +1,7 @@
 #include "tessaly/widgets/childpadwidget.h"
 
 #include "tessaly/error.h"
+#include "tessaly/widgets/childsignals.h"
 
 #include <QScopedValueRollback>
 
@@ -8,11 +9,26 @@ namespace tessaly {
 
 ChildPadWidget::ChildPadWidget(QWidget *parent) : QWidget(parent) { }
 
+ChildPadWidget::~ChildPadWidget()
+{
+    // What the inner control says while it goes (a finished entry as it loses the focus, an
+    // index as its list empties) is no change the person made.
+    detachChildSignals(this);
+    m_writer = {};
+}
+
 void ChildPadWidget::setProperty(const QString &name, const QVariant &value)
 {
     if (!applyProperty(name, value))
         throw Error(ErrorNumber::InvalidArgument,
                     QStringLiteral("%1 has no property \"%2\"").arg(QString::fromLatin1(metaObject()->className()), name));
+}
+
+void ChildPadWidget::setAccessibleCaption(const QString &caption)
+{
+    setAccessibleName(caption);
+    if (QWidget *control = focusProxy())
+        control->setAccessibleName(caption);
 }
 
 QVariant ChildPadWidget::property(const QString &name) const

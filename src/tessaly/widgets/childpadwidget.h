@@ -20,8 +20,10 @@ public:
     using SlotWriter = std::function<void(SlotOwner owner, const QString &slot, const QVariant &value)>;
 
     explicit ChildPadWidget(QWidget *parent = nullptr);
+    ~ChildPadWidget() override;
 
     void setName(const QString &name) override { setObjectName(name); }
+    void setAccessibleCaption(const QString &caption) override;
     void setProperty(const QString &name, const QVariant &value) override;
     QVariant property(const QString &name) const override;
     void setSize(int width, int height) override;

@@ -31,6 +31,9 @@ PadSite::PadSite(std::shared_ptr<zetPrimitiveModel> model, QWidget *face, zetPad
       m_registry(&ChildPadRegistry::instance())
 {
     m_host->setSlotListener([this](const QString &name) { modelSlotChanged(name); });
+    // A face destroyed by its host takes the children with it.
+    if (face)
+        connect(face, &QObject::destroyed, this, [this] { m_children.clear(); });
 }
 
 PadSite::~PadSite()
@@ -53,6 +56,10 @@ void PadSite::initialize(zetPrimitivePad *pad, int kind)
 
 void PadSite::cleanup()
 {
+    // Whatever the children do from here on (the focus leaving one as the wizard goes) writes no
+    // slot: the pad and the model are being cleaned up.
+    for (ChildPadWidget *child : std::as_const(m_children))
+        child->setSlotWriter({});
     if (m_pad) {
         m_pad->zetPrimitivePad_onCleanup();
         m_pad->zetPrimitivePad_setPad(nullptr);

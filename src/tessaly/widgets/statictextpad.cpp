@@ -20,7 +20,23 @@ bool StaticTextPad::applyProperty(const QString &name, const QVariant &value)
     if (name != u"String")
         return false;
     m_label->setText(variant::toText(value));
+    fitHeightToText();
     return true;
+}
+
+void StaticTextPad::resizeEvent(QResizeEvent *event)
+{
+    ChildPadWidget::resizeEvent(event);
+    fitHeightToText();
+}
+
+// The pad's grid fixes the width; a caption longer than one line of it grows downwards
+// instead of being cut (a long caption, a larger font).
+void StaticTextPad::fitHeightToText()
+{
+    const int needed = m_label->heightForWidth(width());
+    if (needed > minimumHeight())
+        setMinimumHeight(needed);
 }
 
 QVariant StaticTextPad::readProperty(const QString &name) const

@@ -17,8 +17,11 @@ public:
 protected:
     bool applyProperty(const QString &name, const QVariant &value) override;
     QVariant readProperty(const QString &name) const override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
+    void fitHeightToText();
+
     QLabel *m_label;
 };
 

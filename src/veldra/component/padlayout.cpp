@@ -4,7 +4,10 @@
 #include "tessaly/namemap.h"
 #include "veldra/records/paraminfo.h"
 #include "veldra/records/sqlinfo.h"
+#include "veldra/resources/extratext.h"
 #include "veldra/resources/stringtable.h"
+
+#include <QHash>
 
 namespace veldra {
 
@@ -53,6 +56,23 @@ const QList<PadLayout::Setting> textAppearance = {
     { QStringLiteral("BackColor"), 0xFFFFFF },
 };
 
+// The caption of an input's row is its name for assistive technology; captions that repeat (two
+// parameters with one title) are told apart by the slot they set.
+void nameInputs(QList<PadLayout::Row> &rows)
+{
+    QHash<QString, int> uses;
+    for (const PadLayout::Row &row : rows) {
+        for (const Child &child : row)
+            ++uses[child.accessibleName];
+    }
+    for (PadLayout::Row &row : rows) {
+        for (Child &child : row) {
+            if (!child.accessibleName.isEmpty() && uses.value(child.accessibleName) > 1)
+                child.accessibleName += QStringLiteral(" (%1)").arg(child.slot);
+        }
+    }
+}
+
 QString displayName(const SQLInfo &definition, const QString &selection)
 {
     std::shared_ptr<ColumnInfo> column;
@@ -93,6 +113,7 @@ QList<PadLayout::Row> PadLayout::rows(const SQLInfo &definition)
     Child list = input(QStringLiteral("SelectionList"), listProgIds, QStringLiteral("CurrentItem"),
                        QStringLiteral("selection"));
     list.height = listHeight;
+    list.accessibleName = extraText(ExtraText::PadSelectionListName);
     const QString items = selectionItems(definition);
     list.afterConnecting = { { QStringLiteral("AddItems"), items }, { QStringLiteral("CurrentItem"), items } };
     rows.append(Row{ list });
@@ -101,6 +122,7 @@ QList<PadLayout::Row> PadLayout::rows(const SQLInfo &definition)
         Child count = input(QStringLiteral("TopNInput"), textProgIds, QStringLiteral("String"), QStringLiteral("TopN"));
         count.settings = textAppearance;
         count.settings += { { QStringLiteral("Format"), QStringLiteral("L") }, { QStringLiteral("KeyEntry"), true } };
+        count.accessibleName = text(StringId::PadTopNLabel);
         rows.append(Row{ label(QStringLiteral("TopNLabel"), text(StringId::PadTopNLabel)), count });
     }
 
@@ -108,6 +130,7 @@ QList<PadLayout::Row> PadLayout::rows(const SQLInfo &definition)
         Child column = input(QStringLiteral("OrderByInput"), choiceProgIds, QStringLiteral("SelectValue"),
                              QStringLiteral("OrderBy"));
         column.settings = { { QStringLiteral("LeftMargin"), 0 }, { QStringLiteral("RightMargin"), 0 } };
+        column.accessibleName = text(StringId::PadOrderByLabel);
         const auto choices = orderChoices(definition);
         column.afterConnecting = { { QStringLiteral("List"), tessaly::NameMap::fromObject(choices) } };
         if (!choices->isEmpty())
@@ -123,6 +146,7 @@ QList<PadLayout::Row> PadLayout::rows(const SQLInfo &definition)
             { QStringLiteral("OnInFileName"), QStringLiteral("res:res\\vd\\asc_in.bmp") },
         };
         direction.afterConnecting = { { QStringLiteral("SwitchOn"), true } };
+        direction.accessibleName = text(StringId::PadDirectionLabel);
         rows.append(Row{ label(QStringLiteral("DirectionLabel"), text(StringId::PadDirectionLabel)), direction });
     }
 
@@ -134,10 +158,12 @@ QList<PadLayout::Row> PadLayout::rows(const SQLInfo &definition)
             continue;
         const QString &slot = parameter->paramName();
         Row row{ label(QStringLiteral("ParamLabel") + slot, parameter->title()) };
+        const QString inputName = parameter->title().trimmed().isEmpty() ? slot : parameter->title();
         if (parameter->paramType() == ParamInfo::TypedIn) {
             Child entry = input(QStringLiteral("ParamInput") + slot, textProgIds, QStringLiteral("String"), slot);
             entry.settings = textAppearance;
             entry.afterConnecting = { { QStringLiteral("String"), QString() } };
+            entry.accessibleName = inputName;
             row.append(entry);
         } else if (parameter->paramType() == ParamInfo::ChosenFromList) {
             Child choice = input(QStringLiteral("ParamInput") + slot, choiceProgIds, QStringLiteral("SelectKey"), slot);
@@ -146,10 +172,12 @@ QList<PadLayout::Row> PadLayout::rows(const SQLInfo &definition)
                                 { QStringLiteral("List"), tessaly::NameMap::fromObject(selections) } };
             if (selections && !selections->isEmpty())
                 choice.afterConnecting = { { QStringLiteral("SelectIndex"), 0 } };
+            choice.accessibleName = inputName;
             row.append(choice);
         }
         rows.append(row);
     }
+    nameInputs(rows);
     return rows;
 }
 

@@ -29,6 +29,7 @@ public:
     struct Child
     {
         QString name;        // its object name, for tests and accessibility
+        QString accessibleName; // an input's: what assistive technology says for it
         QStringList progIds; // tried in order until one creates a child
         int width = 0;
         int height = 0;

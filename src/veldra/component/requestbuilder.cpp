@@ -92,12 +92,19 @@ void RequestBuilder::forEachSelectedName(Visit visit) const
     }
 }
 
+const ColumnInfo *RequestBuilder::selectedItem(QStringView name) const
+{
+    if (!m_selected)
+        m_selected.emplace(*m_in.query, QStringView(m_in.selection).count(u',') + 1);
+    return m_selected->find(name);
+}
+
 void RequestBuilder::appendContent(TextWriter &out) const
 {
     appendElement(out, u"<content>record<field>", u"</field></content>", [&] {
         ListWriter fields(out);
         forEachSelectedName([&](QStringView name) {
-            const ColumnInfo *column = m_in.query->peekColumnInfoFromDispName(name);
+            const ColumnInfo *column = selectedItem(name);
             if (!column)
                 return;
             appendSelectionName(fields.next(), *column);
@@ -168,7 +175,7 @@ void RequestBuilder::appendGroup(TextWriter &out) const
             return;
         }
         forEachSelectedName([&](QStringView name) {
-            const ColumnInfo *column = m_in.query->peekColumnInfoFromDispName(name);
+            const ColumnInfo *column = selectedItem(name);
             if (column && column->columnType() == ColumnInfo::TableColumn)
                 appendSelectionName(list.next(), *column);
         });

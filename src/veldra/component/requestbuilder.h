@@ -1,5 +1,7 @@
 #pragma once
 
+#include "veldra/records/displaynameindex.h"
+
 #include <QString>
 
 #include <memory>
@@ -67,8 +69,11 @@ private:
     // Calls visit(name) for each trimmed name of the selection slot, without copying it.
     template<typename Visit>
     void forEachSelectedName(Visit visit) const;
+    // The item a name of the selection slot shows; one index per build serves a long selection.
+    const ColumnInfo *selectedItem(QStringView name) const;
 
     RequestInputs m_in;
+    mutable std::optional<DisplayNameIndex> m_selected;
 };
 
 } // namespace veldra

@@ -252,6 +252,8 @@ bool TsyParamConditionPad::buildChild(const PadLayout::Child &plan)
         return false;
     try {
         child->setName(plan.name);
+        if (!plan.accessibleName.isEmpty())
+            child->setAccessibleCaption(plan.accessibleName);
         child->setSize(plan.width, plan.height);
         for (const auto &[property, setting] : plan.settings)
             child->setProperty(property, setting);

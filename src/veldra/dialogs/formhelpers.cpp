@@ -107,6 +107,14 @@ QPushButton *addButton(QDialogButtonBox *box, const QString &objectName, StringI
     return button;
 }
 
+QString nameFromCaption(StringId caption)
+{
+    QString name = text(caption).trimmed();
+    if (name.endsWith(u':') || name.endsWith(u'\uFF1A'))
+        name.chop(1);
+    return name;
+}
+
 int textWidth(const QWidget *widget, int characters)
 {
     // A Latin letter, not the font's average: a font with Japanese glyphs averages twice as wide.

@@ -41,6 +41,9 @@ QDialogButtonBox *newButtonBox(QWidget *parent);
 QPushButton *addButton(QDialogButtonBox *box, const QString &objectName, StringId caption,
                        QDialogButtonBox::ButtonRole role);
 
+// A caption as a control's name for assistive technology: without its closing colon.
+QString nameFromCaption(StringId caption);
+
 // The width of `characters` average characters in the widget's font.
 int textWidth(const QWidget *widget, int characters);
 

@@ -2,6 +2,7 @@
 
 #include "tessaly/error.h"
 #include "tessaly/uiservice.h"
+#include "tessaly/widgets/childsignals.h"
 #include "veldra/dialogs/formhelpers.h"
 #include "veldra/resources/extratext.h"
 #include "veldra/resources/stringtable.h"
@@ -161,6 +162,12 @@ void showDatabaseError(const DatabaseErrorReport &report)
     dialog.setTable(report.table);
     dialog.setReason(report.message);
     ui.execDialog(dialog);
+}
+
+WizDBErrorDialog::~WizDBErrorDialog()
+{
+    // What the controls say as they go is no action of the person.
+    tessaly::detachChildSignals(this);
 }
 
 } // namespace veldra

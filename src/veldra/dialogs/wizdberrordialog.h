@@ -19,6 +19,7 @@ class WizDBErrorDialog : public QDialog
 
 public:
     explicit WizDBErrorDialog(QWidget *parent = nullptr);
+    ~WizDBErrorDialog() override;
 
     void setMessage(const QString &message);
     void setErrorCode(const QString &code);

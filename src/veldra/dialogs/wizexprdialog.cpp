@@ -1,9 +1,11 @@
 #include "veldra/dialogs/wizexprdialog.h"
 
 #include "tessaly/uiservice.h"
+#include "tessaly/widgets/childsignals.h"
 #include "veldra/dialogs/exprdialogdecision.h"
 #include "veldra/dialogs/expressionchecker.h"
 #include "veldra/dialogs/formhelpers.h"
+#include "veldra/resources/extratext.h"
 #include "veldra/resources/stringtable.h"
 
 #include <QPlainTextEdit>
@@ -21,6 +23,7 @@ WizExprDialog::WizExprDialog(QWidget *parent) : QDialog(parent)
     // Several lines, because long expressions are easier to write that way; OK joins them.
     m_text = new QPlainTextEdit(this);
     m_text->setObjectName(QStringLiteral("AddExprText"));
+    m_text->setAccessibleName(extraText(ExtraText::ExpressionTextName));
     m_text->setTabChangesFocus(true);
     const QFontMetrics metrics = m_text->fontMetrics();
     m_text->setMinimumSize(form::textWidth(m_text, 64), metrics.lineSpacing() * 5);
@@ -81,6 +84,12 @@ std::optional<QString> editExpression(QWidget *parent, const ExpressionChecker &
     if (!dialog.Popup(&checker, editMode))
         return std::nullopt;
     return dialog.Expression();
+}
+
+WizExprDialog::~WizExprDialog()
+{
+    // What the controls say as they go is no action of the person.
+    tessaly::detachChildSignals(this);
 }
 
 } // namespace veldra

@@ -18,6 +18,7 @@ class WizExprDialog : public QDialog
 
 public:
     explicit WizExprDialog(QWidget *parent = nullptr);
+    ~WizExprDialog() override;
 
     // On entry the expression to edit (or empty); after an accepted OK the accepted text.
     QString Expression() const { return m_expression; }

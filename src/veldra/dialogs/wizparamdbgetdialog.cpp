@@ -3,6 +3,7 @@
 #include "tessaly/namemap.h"
 #include "tessaly/busycursor.h"
 #include "tessaly/uiservice.h"
+#include "tessaly/widgets/childsignals.h"
 #include "veldra/dialogs/formhelpers.h"
 #include "veldra/resources/extratext.h"
 
@@ -51,6 +52,8 @@ WizParamDBGetDialog::WizParamDBGetDialog(QWidget *parent) : QDialog(parent)
     m_valueColumns = newCombo(QStringLiteral("ParamDBGValColCombo"), valueLabel, this);
     m_keys = newResultList(QStringLiteral("ParamDBGKeyColList"), this);
     m_names = newResultList(QStringLiteral("ParamDBGValColList"), this);
+    m_keys->setAccessibleName(extraText(ExtraText::FoundValuesName));
+    m_names->setAccessibleName(extraText(ExtraText::FoundNamesName));
 
     auto *tableRow = new QHBoxLayout;
     tableRow->addWidget(tableLabel);
@@ -100,7 +103,10 @@ WizParamDBGetDialog::WizParamDBGetDialog(QWidget *parent) : QDialog(parent)
     start(nullptr, nullptr);
 }
 
-WizParamDBGetDialog::~WizParamDBGetDialog() = default;
+WizParamDBGetDialog::~WizParamDBGetDialog()
+{
+    tessaly::detachChildSignals(this);
+}
 
 void WizParamDBGetDialog::start(TSAccessor *accessor, const std::shared_ptr<dbInfo> &database)
 {

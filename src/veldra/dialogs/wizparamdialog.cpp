@@ -1,6 +1,7 @@
 #include "veldra/dialogs/wizparamdialog.h"
 
 #include "tessaly/uiservice.h"
+#include "tessaly/widgets/childsignals.h"
 #include "veldra/dialogs/formhelpers.h"
 #include "veldra/dialogs/wizparameditdialog.h"
 #include "veldra/records/paraminfo.h"
@@ -30,6 +31,7 @@ WizParamDialog::WizParamDialog(QWidget *parent) : QDialog(parent)
                                  { StringId::ParamListNameHeader, StringId::ParamListTypeHeader,
                                    StringId::ParamListTitleHeader },
                                  frame);
+    m_list->setAccessibleName(text(StringId::ParamListFrameCaption));
     m_list->setMinimumSize(form::textWidth(m_list, 76), m_list->fontMetrics().lineSpacing() * 10);
     QPushButton *add = form::newButton(QStringLiteral("AddButton"), StringId::ParamListAddButton, frame);
     QPushButton *modify = form::newButton(QStringLiteral("EditButton"), StringId::ParamListModifyButton, frame);
@@ -73,7 +75,10 @@ WizParamDialog::WizParamDialog(QWidget *parent) : QDialog(parent)
     refresh();
 }
 
-WizParamDialog::~WizParamDialog() = default;
+WizParamDialog::~WizParamDialog()
+{
+    tessaly::detachChildSignals(this);
+}
 
 void WizParamDialog::setQueryDefinition(const std::shared_ptr<SQLInfo> &definition)
 {

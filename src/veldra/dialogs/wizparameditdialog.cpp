@@ -1,6 +1,7 @@
 #include "veldra/dialogs/wizparameditdialog.h"
 
 #include "tessaly/uiservice.h"
+#include "tessaly/widgets/childsignals.h"
 #include "veldra/dialogs/formhelpers.h"
 #include "veldra/resources/extratext.h"
 #include "veldra/dialogs/wizparamdbgetdialog.h"
@@ -55,6 +56,8 @@ WizParamEditDialog::WizParamEditDialog(QWidget *parent) : QDialog(parent)
     m_valueFrame = form::newGroupBox(QStringLiteral("ValueFrame"), StringId::ParamEditValueFrameCaption, this);
     m_values = form::newReportList(QStringLiteral("ParamValList"),
                                    { StringId::ParamEditValueHeader, StringId::ParamEditNameHeader }, m_valueFrame);
+    // The frame's caption is also the second type option's.
+    m_values->setAccessibleName(extraText(ExtraText::ValueListName));
     m_values->setMinimumSize(form::textWidth(m_values, 40), m_values->fontMetrics().lineSpacing() * 8);
     m_values->header()->resizeSection(0, form::textWidth(m_values, 16));
     QPushButton *add = form::newButton(QStringLiteral("AddButton"), StringId::ParamEditAddButton, m_valueFrame);
@@ -111,7 +114,10 @@ WizParamEditDialog::WizParamEditDialog(QWidget *parent) : QDialog(parent)
     setParameter(nullptr);
 }
 
-WizParamEditDialog::~WizParamEditDialog() = default;
+WizParamEditDialog::~WizParamEditDialog()
+{
+    tessaly::detachChildSignals(this);
+}
 
 void WizParamEditDialog::setParameter(const std::shared_ptr<ParamInfo> &parameter)
 {

@@ -1,5 +1,6 @@
 #include "veldra/dialogs/wizparamvaleditdialog.h"
 
+#include "tessaly/widgets/childsignals.h"
 #include "veldra/dialogs/formhelpers.h"
 #include "tessaly/uiservice.h"
 
@@ -84,6 +85,12 @@ std::optional<SelectionValue> editSelectionValue(QWidget *parent, const QString 
     if (tessaly::UiService::instance().execDialog(dialog) != QDialog::Accepted)
         return std::nullopt;
     return SelectionValue{ dialog.value(), dialog.name() };
+}
+
+WizParamValEditDialog::~WizParamValEditDialog()
+{
+    // What the controls say as they go is no action of the person.
+    tessaly::detachChildSignals(this);
 }
 
 } // namespace veldra

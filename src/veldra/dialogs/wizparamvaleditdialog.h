@@ -18,6 +18,7 @@ class WizParamValEditDialog : public QDialog
 
 public:
     explicit WizParamValEditDialog(QWidget *parent = nullptr);
+    ~WizParamValEditDialog() override;
 
     // Empty texts for a new value.
     void setValueAndName(const QString &value, const QString &name);

@@ -1,5 +1,6 @@
 #include "veldra/records/statementtext.h"
 
+#include "veldra/records/displaynameindex.h"
 #include "veldra/records/sqlinfo.h"
 
 namespace veldra {
@@ -31,11 +32,11 @@ void appendRowLimit(Lines &out, const SQLInfo &query)
 }
 
 // A skipped item leaves the separator of the item before it in place.
-void appendSelections(Lines &out, const SQLInfo &query, const StringList &selections)
+void appendSelections(Lines &out, const DisplayNameIndex &items, const StringList &selections)
 {
     for (int position = 1; position <= selections.count(); ++position) {
         const QString &selection = selections.item(position);
-        const auto column = query.peekColumnInfoFromDispName(selection);
+        const ColumnInfo *column = items.find(selection);
         if (!column)
             continue;
         QString text = selection;
@@ -54,7 +55,7 @@ void appendTables(Lines &out, const SQLInfo &query)
         out.indented(tables->key(i), i < count - 1);
 }
 
-void appendGrouping(Lines &out, const SQLInfo &query, const StringList &selections)
+void appendGrouping(Lines &out, const SQLInfo &query, const DisplayNameIndex &items, const StringList &selections)
 {
     out.line();
     out.line(QStringLiteral("GROUP BY"));
@@ -65,7 +66,7 @@ void appendGrouping(Lines &out, const SQLInfo &query, const StringList &selectio
         return;
     }
     for (int position = 1; position <= selections.count(); ++position) {
-        const auto column = query.peekColumnInfoFromDispName(selections.item(position));
+        const ColumnInfo *column = items.find(selections.item(position));
         if (column && column->columnType() == ColumnInfo::TableColumn)
             out.indented(column->GetSelectionName(), position < selections.count());
     }
@@ -91,10 +92,11 @@ QString statementText(const SQLInfo &query)
     static const StringList noSelections;
     const StringList &selections = query.selections() ? *query.selections() : noSelections;
 
+    const DisplayNameIndex items(query, selections.count() * (query.useGroupBy() ? 2 : 1));
     Lines out;
     out.line(QStringLiteral("SELECT"));
     appendRowLimit(out, query);
-    appendSelections(out, query, selections);
+    appendSelections(out, items, selections);
     out.line();
     appendTables(out, query);
     if (!query.condition().isEmpty()) {
@@ -103,7 +105,7 @@ QString statementText(const SQLInfo &query)
         out.line(query.condition());
     }
     if (query.useGroupBy())
-        appendGrouping(out, query, selections);
+        appendGrouping(out, query, items, selections);
     if (query.useOrderBy())
         appendOrdering(out, query);
     return out.text();

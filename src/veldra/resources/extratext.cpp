@@ -38,6 +38,21 @@ const Entry entries[] = {
       u"Quote adds them.",
       u"SQL リテラルではないため、書かれたとおりに条件に入ります：%1。テキストの値には単一引用符（'...'）が必要です。"
       u"「引用符」で付けられます。" },
+    { ExtraText::ColumnListName, u"Columns of the table", u"テーブルの列" },
+    { ExtraText::ExpressionListName, u"Expressions", u"式の一覧" },
+    { ExtraText::AliasEditDescription,
+      u"F2 or the context menu key renames the alias of the current row.",
+      u"F2 キーまたはコンテキストメニューキーで、現在の行の別名を変更できます。" },
+    { ExtraText::DeleteExpressionName, u"Delete expression", u"式の削除" },
+    { ExtraText::AddColumnToConditionName, u"Add the column to the condition", u"列を条件に追加" },
+    { ExtraText::TopNParamName, u"Make the row count a parameter", u"行数をパラメータにする" },
+    { ExtraText::OrderByParamName, u"Make the ordering a parameter", u"並べ替えをパラメータにする" },
+    { ExtraText::GroupListName, u"Columns to group by", u"グループ化する列" },
+    { ExtraText::ValueListName, u"Selection values", u"選択値の一覧" },
+    { ExtraText::FoundValuesName, u"Values found", u"取得した値" },
+    { ExtraText::FoundNamesName, u"Display names found", u"取得した表示名" },
+    { ExtraText::ExpressionTextName, u"Expression", u"式" },
+    { ExtraText::PadSelectionListName, u"Columns in the result", u"結果に含める列" },
 };
 
 } // namespace

@@ -17,6 +17,21 @@ enum class ExtraText {
     QuoteValuesButton,
     QuoteValuesTip,
     NotLiteralWarning,
+    // Names that assistive technology says for controls whose caption is missing, shared or
+    // says nothing of what they do.
+    ColumnListName,
+    ExpressionListName,
+    AliasEditDescription,
+    DeleteExpressionName,
+    AddColumnToConditionName,
+    TopNParamName,
+    OrderByParamName,
+    GroupListName,
+    ValueListName,
+    FoundValuesName,
+    FoundNamesName,
+    ExpressionTextName,
+    PadSelectionListName,
 };
 
 QString extraText(ExtraText id);

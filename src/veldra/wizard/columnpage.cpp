@@ -64,6 +64,7 @@ ColumnPage::ColumnPage(WizardState &state, QWidget *parent)
     m_tableCombo->setObjectName(QStringLiteral("SelectTableCombo"));
     tableLabel->setBuddy(m_tableCombo);
     m_columnList = newReportList(QStringLiteral("SelectColumnList"), { StringId::ColumnListHeader }, columnTab);
+    m_columnList->setAccessibleName(extraText(ExtraText::ColumnListName));
     auto *tableRow = new QHBoxLayout;
     tableRow->addWidget(tableLabel);
     tableRow->addWidget(m_tableCombo, 1);
@@ -75,9 +76,12 @@ ColumnPage::ColumnPage(WizardState &state, QWidget *parent)
     InlineEditDelegate *exprDelegate = nullptr;
     m_exprList = newEditableList(QStringLiteral("SelectExprList"), { StringId::FunctionListHeader }, 0, &exprDelegate,
                                  functionTab);
+    m_exprList->setAccessibleName(extraText(ExtraText::ExpressionListName));
     auto *addButton = newButton(QStringLiteral("ExprAddButton"), StringId::ExprAddButton, functionTab);
     m_exprEditButton = newButton(QStringLiteral("ExprEditButton"), StringId::ExprModifyButton, functionTab);
     m_exprDeleteButton = newButton(QStringLiteral("ExprDeleteButton"), StringId::ExprDeleteButton, functionTab);
+    // In Japanese "Delete" and the select list's "Remove" read the same.
+    m_exprDeleteButton->setAccessibleName(extraText(ExtraText::DeleteExpressionName));
     auto *exprButtons = new QHBoxLayout;
     exprButtons->addStretch(1);
     exprButtons->addWidget(addButton);
@@ -110,6 +114,8 @@ ColumnPage::ColumnPage(WizardState &state, QWidget *parent)
     // A double click removes a row, as it always did; renaming is told here and offered in a
     // menu.
     m_selectList->headerItem()->setToolTip(AliasColumn, aliasTip());
+    m_selectList->setAccessibleName(text(StringId::SelectFrameCaption));
+    m_selectList->setAccessibleDescription(extraText(ExtraText::AliasEditDescription));
     m_selectList->setContextMenuPolicy(Qt::CustomContextMenu);
     m_selectMenu = new QMenu(m_selectList);
     m_selectMenu->setObjectName(QStringLiteral("SelectListMenu"));

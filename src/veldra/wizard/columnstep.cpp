@@ -1,5 +1,6 @@
 #include "veldra/wizard/columnstep.h"
 
+#include "veldra/records/displaynameindex.h"
 #include "veldra/records/sqlinfo.h"
 #include "veldra/records/tableinfo.h"
 #include "veldra/resources/stringtable.h"
@@ -48,8 +49,9 @@ bool ColumnStep::prepare()
     // A selection of a table no longer chosen would make a statement that cannot run.
     QStringList kept;
     const QStringList names = selections();
+    const DisplayNameIndex items(definition, names.size());
     for (const QString &name : names) {
-        if (definition.peekColumnInfoFromDispName(name))
+        if (items.find(name))
             kept.append(name);
     }
     if (kept.size() != names.size())
@@ -94,8 +96,9 @@ QList<ColumnStep::SelectRow> ColumnStep::selectRows() const
 {
     const SQLInfo &definition = *m_state.definition();
     QList<SelectRow> rows;
+    const DisplayNameIndex items(definition, definition.selections()->count());
     for (const QString &name : *definition.selections()) {
-        const ColumnInfo *item = definition.peekColumnInfoFromDispName(name);
+        const ColumnInfo *item = items.find(name);
         QString type;
         if (item)
             type = text(item->columnType() == ColumnInfo::TableColumn ? StringId::ColumnTab : StringId::FunctionTab);

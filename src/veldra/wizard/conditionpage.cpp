@@ -2,6 +2,7 @@
 
 #include "veldra/dialogs/formhelpers.h"
 #include "veldra/dialogs/wizparamdialog.h"
+#include "veldra/resources/extratext.h"
 #include "veldra/wizard/conditionstep.h"
 #include "veldra/wizard/wizardstate.h"
 
@@ -34,10 +35,13 @@ ConditionPage::ConditionPage(WizardState &state, QWidget *parent)
     auto *columnFrame = newGroupBox(QStringLiteral("CondColFrame"), StringId::CondColumnFrameCaption, this);
     m_tableCombo = new QComboBox(columnFrame);
     m_tableCombo->setObjectName(QStringLiteral("CondTableCombo"));
+    m_tableCombo->setAccessibleName(nameFromCaption(StringId::SelectTableLabel));
     m_columnList = new QListWidget(columnFrame);
     m_columnList->setObjectName(QStringLiteral("CondColumnList"));
     m_columnList->setUniformItemSizes(true);
+    m_columnList->setAccessibleName(extraText(ExtraText::ColumnListName));
     auto *addButton = newButton(QStringLiteral("CondColAddButton"), StringId::CondColumnAddButton, columnFrame);
+    addButton->setAccessibleName(extraText(ExtraText::AddColumnToConditionName)); // its caption is ">>"
     auto *columnLayout = new QGridLayout(columnFrame);
     columnLayout->addWidget(m_tableCombo, 0, 0);
     columnLayout->addWidget(m_columnList, 1, 0);

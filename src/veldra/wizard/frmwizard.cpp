@@ -1,6 +1,7 @@
 #include "veldra/wizard/frmwizard.h"
 
 #include "tessaly/uiservice.h"
+#include "tessaly/widgets/childsignals.h"
 #include "veldra/dialogs/formhelpers.h"
 #include "veldra/dialogs/wizdberrordialog.h"
 #include "veldra/resources/stringtable.h"
@@ -21,6 +22,19 @@
 #include <QVBoxLayout>
 
 namespace veldra {
+
+namespace {
+// The first control of page in tab order that a person can reach now.
+QWidget *firstControl(QWidget *window, QWidget *page)
+{
+    for (QWidget *widget = window->nextInFocusChain(); widget && widget != window; widget = widget->nextInFocusChain()) {
+        if (page->isAncestorOf(widget) && (widget->focusPolicy() & Qt::TabFocus) && widget->isEnabled()
+            && widget->isVisibleTo(page))
+            return widget;
+    }
+    return nullptr;
+}
+} // namespace
 
 frmWizard::frmWizard(QWidget *parent) : QDialog(parent)
 {
@@ -74,7 +88,10 @@ frmWizard::frmWizard(QWidget *parent) : QDialog(parent)
     resize(wanted);
 }
 
-frmWizard::~frmWizard() = default;
+frmWizard::~frmWizard()
+{
+    tessaly::detachChildSignals(this);
+}
 
 void frmWizard::load()
 {
@@ -106,6 +123,10 @@ bool frmWizard::moveToStep(int step)
     m_back->setEnabled(step != WizardState::DatabaseStep);
     m_next->setText(text(step < WizardState::StepCount - 1 ? StringId::NextButton : StringId::FinishButton));
     m_next->setEnabled(isStepComplete(step));
+    // The step opens on its own first control. Next is often disabled as a step opens, and the
+    // focus would otherwise fall to Quit, where Enter or Space leaves the wizard.
+    if (QWidget *control = firstControl(this, m_pages[size_t(step)]))
+        control->setFocus(Qt::TabFocusReason);
     return true;
 }
 

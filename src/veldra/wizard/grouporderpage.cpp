@@ -3,6 +3,7 @@
 #include "veldra/dialogs/formhelpers.h"
 #include "veldra/wizard/grouporderstep.h"
 #include "veldra/wizard/wizardstate.h"
+#include "veldra/resources/extratext.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -33,10 +34,13 @@ GroupOrderPage::GroupOrderPage(WizardState &state, QWidget *parent)
     m_topnText->setMaximumWidth(m_topnText->fontMetrics().horizontalAdvance(QLatin1Char('0')) * 14);
     m_topnLabel->setBuddy(m_topnText);
     m_topnParamCheck = newCheckBox(QStringLiteral("GrpOrdTopnParamCheck"), StringId::TopNParamCheck, frame);
+    // Both "Make as a parameter" boxes read the same; a screen reader tells them apart by these.
+    m_topnParamCheck->setAccessibleName(extraText(ExtraText::TopNParamName));
 
     m_groupCheck = newCheckBox(QStringLiteral("GrpOrdGroupCheck"), StringId::GroupByCheck, frame);
     m_groupList = new QListWidget(frame);
     m_groupList->setObjectName(QStringLiteral("GrpOrdGroupList"));
+    m_groupList->setAccessibleName(extraText(ExtraText::GroupListName));
 
     m_orderCheck = newCheckBox(QStringLiteral("GrpOrdOrderCheck"), StringId::OrderByCheck, frame);
     m_orderLabel = newLabel(QStringLiteral("GrpOrdOrderLabel"), StringId::OrderByLabel, frame);
@@ -49,6 +53,7 @@ GroupOrderPage::GroupOrderPage(WizardState &state, QWidget *parent)
     m_descending = new QRadioButton(text(StringId::DescendingOption), frame);
     m_descending->setObjectName(QStringLiteral("OrderByOption_1"));
     m_orderParamCheck = newCheckBox(QStringLiteral("GrpOrdOrderParamCheck"), StringId::OrderByParamCheck, frame);
+    m_orderParamCheck->setAccessibleName(extraText(ExtraText::OrderByParamName));
 
     // Each clause's details sit indented under its check box.
     const int indent = style()->pixelMetric(QStyle::PM_IndicatorWidth) + 8;

@@ -45,6 +45,7 @@ TablePage::TablePage(WizardState &state, QWidget *parent)
 
     m_list = new QListView(frame);
     m_list->setObjectName(QStringLiteral("TableSelectList"));
+    m_list->setAccessibleName(text(StringId::TableStepCaption));
     // Every row is one line of text: the view then lays out tens of thousands of rows without
     // measuring each.
     m_list->setUniformItemSizes(true);

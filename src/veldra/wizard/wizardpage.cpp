@@ -1,6 +1,7 @@
 #include "veldra/wizard/wizardpage.h"
 
 #include "tessaly/busycursor.h"
+#include "tessaly/widgets/childsignals.h"
 #include "veldra/dialogs/formhelpers.h"
 #include "veldra/wizard/wizardstep.h"
 
@@ -28,6 +29,12 @@ bool WizardPage::prepare()
     });
     Q_EMIT completeChanged();
     return prepared;
+}
+
+WizardPage::~WizardPage()
+{
+    // What the controls say as they go is no action of the person.
+    tessaly::detachChildSignals(this);
 }
 
 } // namespace veldra

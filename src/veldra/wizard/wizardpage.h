@@ -14,6 +14,7 @@ class WizardPage : public QWidget
 
 public:
     WizardPage(WizardStep &step, QWidget *parent = nullptr);
+    ~WizardPage() override;
 
     // When the wizard opens: the step starts over and the page shows it.
     void initialize();

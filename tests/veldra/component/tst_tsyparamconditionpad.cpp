@@ -454,6 +454,50 @@ private Q_SLOTS:
         QCOMPARE(d.face->findChild<QWidget *>("ParamLabel@@@From")->findChild<QLabel *>()->text(), QString("From"));
     }
 
+    // The face goes (cleaned up, rebuilt, destroyed) while the person is on one of its inputs:
+    // nothing an input says as it goes may reach a slot or a half-destroyed input. The
+    // sanitizer build is what sees the second.
+    void theFaceGoesQuietlyWhateverInputHasTheFocus_data()
+    {
+        QTest::addColumn<QString>("input");
+        QTest::addColumn<QString>("ending");
+        for (const char *input : { "TopNInput", "ParamInput@@@From", "ParamInput@@@Region", "OrderByInput",
+                                   "DirectionSwitch", "SelectionList" }) {
+            for (const char *ending : { "cleanup", "rebuild", "destroy" })
+                QTest::addRow("%s %s", input, ending) << QString(input) << QString(ending);
+        }
+    }
+
+    void theFaceGoesQuietlyWhateverInputHasTheFocus()
+    {
+        QFETCH(QString, input);
+        QFETCH(QString, ending);
+        Desktop d;
+        d.build(sampleDefinition());
+        d.face->show();
+        QVERIFY(QTest::qWaitForWindowActive(d.face.get()));
+        auto *child = d.face->findChild<tessaly::ChildPadWidget *>(input);
+        QVERIFY(child);
+        if (input == "ParamInput@@@From") // its entry then counts when it loses the focus
+            child->setProperty("KeyEntry", false);
+        child->setFocus();
+        QVERIFY(child->focusWidget()->hasFocus());
+        QTest::keyClick(child->focusWidget(), Qt::Key_Down);
+        QTest::keyClicks(child->focusWidget(), "7 ");
+        if (ending == "cleanup") {
+            d.site->modelHost().clearReports();
+            d.site->cleanup();
+            QCOMPARE(d.site->modelHost().reports(), QStringList());
+        } else if (ending == "rebuild") {
+            d.site->setPadSlotValue("BuildUI", true);
+            QCOMPARE(d.site->children().size(), 11);
+        } else {
+            d.face.reset();
+            d.site->modelHost().setSlotValue("TopN", 3); // no input is left to follow it
+            QVERIFY(d.site->children().isEmpty());
+        }
+    }
+
     void aMissingChildLibraryUsesTheFallbackOrEndsTheRow()
     {
         Desktop d;
