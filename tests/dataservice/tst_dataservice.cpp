@@ -1,7 +1,6 @@
 #include <dataservice/dataservice.h>
 #include <dataservice/errornumber.h>
 #include <dataservice/fieldlist.h>
-#include <dataservice/localserviceproxy.h>
 #include <dataservice/rowsink.h>
 
 #include <tessaly/error.h>
@@ -13,6 +12,8 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include "testserver.h"
 
 #include <libpq-fe.h>
 #include <sqlite3.h>
@@ -41,28 +42,12 @@ Q_DECLARE_METATYPE(Target)
 
 namespace {
 
-QByteArray navigation(const QString &provider, const QString &dsn = {}, const QString &catalog = {},
-                      const QString &table = {})
-{
-    return ("<query><get><content>column</content><target><provider>" + provider + "</provider><dsn>" + dsn
-            + "</dsn><catalog>" + catalog + "</catalog><table>" + table + "</table></target></get></query>")
-            .toUtf8();
-}
+using testserver::navigation;
 
-// A record request made of {fields, tables, condition, group, order, rowcount}; empty parts are
-// left out.
+// A record request made of {fields, tables, condition, group, order, rowcount}.
 QByteArray record(const Target &target, const QStringList &query)
 {
-    const auto escaped = [](const QString &text) { return text.toHtmlEscaped().replace("&quot;", "\""); };
-    QString xml = "<query><get><content>record<field>" + escaped(query.value(0))
-            + "</field></content><target><provider>" + target.provider + "</provider><dsn>" + target.dsn
-            + "</dsn><catalog>" + target.catalog + "</catalog><table>" + query.value(1) + "</table></target>";
-    const QStringList parts{ "condition", "group", "order", "rowcount" };
-    for (int i = 0; i < parts.size(); ++i) {
-        if (!query.value(i + 2).isEmpty())
-            xml += '<' + parts[i] + '>' + escaped(query.value(i + 2)) + "</" + parts[i] + '>';
-    }
-    return (xml + "</get></query>").toUtf8();
+    return testserver::record(target.provider, target.dsn, target.catalog, query.value(1), query.value(0), query.mid(2));
 }
 
 QStringList names(const QDomDocument &document)
@@ -98,24 +83,6 @@ QByteArray fileChecksum(const QString &path)
     if (!file.open(QIODevice::ReadOnly))
         return {};
     return QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha256).toHex();
-}
-
-// The key=value lines the server script writes; its error text when it could not start one.
-QMap<QString, QString> readState(const QString &path, QString *text = nullptr)
-{
-    QMap<QString, QString> state;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return state;
-    const QByteArray content = file.readAll();
-    if (text)
-        *text = QString::fromUtf8(content).trimmed();
-    for (const QByteArray &line : content.split('\n')) {
-        const qsizetype eq = line.indexOf('=');
-        if (eq > 0)
-            state.insert(QString::fromUtf8(line.left(eq)), QString::fromUtf8(line.mid(eq + 1)));
-    }
-    return state;
 }
 
 // A data source on the test server, connecting as the SELECT-only role unless told otherwise.
@@ -185,9 +152,7 @@ private Q_SLOTS:
     void refusedRequestsSayWhyAndChangeNothing();
     void sqliteFileThatGoesAwayGivesAnError();
     void postgresServerThatStopsGivesAnError();
-    void builtInSampleNeedsNoConfiguration();
     void configurationFileDefinesDataSources();
-    void proxyCarriesDocumentsAndErrors();
     void sinkGetsRowsWithNumbersMarked_data();
     void sinkGetsRowsWithNumbersMarked();
     void everyAliasTheWizardTakesComesBackAsWritten_data();
@@ -225,14 +190,8 @@ void TestDataService::initTestCase()
         { SQLite.dsn, SQLite.provider, m_dbPath, { { "other", otherPath } }, {}, TestRowCap, TestTimeoutMs }
     };
 
-    const QString stateFile = qEnvironmentVariable("VELDRA_TEST_PG");
-    QString stateText;
-    m_pg = readState(stateFile, &stateText);
-    if (stateFile.isEmpty()) {
-        m_pgSkipReason = "VELDRA_TEST_PG is not set; run the test through CTest to get a server";
-    } else if (!m_pg.contains("host")) {
-        m_pgSkipReason = "no PostgreSQL server: " + stateText;
-    } else {
+    m_pg = testserver::readState(&m_pgSkipReason);
+    if (m_pgSkipReason.isEmpty()) {
         sources.append(server(Postgres.dsn, m_pg));
         sources.last().rowCap = TestRowCap;
         sources.last().timeoutMs = TestTimeoutMs;
@@ -518,22 +477,12 @@ void TestDataService::postgresServerThatStopsGivesAnError()
     // A server of its own, so stopping it leaves the shared one alone.
     const QString state = m_dir.filePath("own-server.state");
     QCOMPARE(QProcess::execute(PGSERVER_SCRIPT, { "start", state, SAMPLE_SQL }), 0);
-    const DataService service(DataSourceCatalog({ server("Own", readState(state)) }));
+    const DataService service(DataSourceCatalog({ server("Own", testserver::readState(nullptr, state)) }));
     const QByteArray request = record({ {}, "PostgreSQL", "Own", "sales" }, { "COUNT(*) n", "orders" });
     const bool answered = service.answer(request).contains("2400");
     QCOMPARE(QProcess::execute(PGSERVER_SCRIPT, { "stop", state }), 0);
     QVERIFY(answered);
     QCOMPARE(errorOf(service, request), ErrorNumber::ConnectionFailed);
-}
-
-void TestDataService::builtInSampleNeedsNoConfiguration()
-{
-    QTemporaryDir config;
-    qputenv("XDG_CONFIG_HOME", config.path().toUtf8());
-    const DataService service;
-    const QByteArray response = service.answer(navigation("SQLite", "Sample", "main"));
-    qunsetenv("XDG_CONFIG_HOME");
-    QVERIFY(response.contains("name=\"orders\""));
 }
 
 void TestDataService::configurationFileDefinesDataSources()
@@ -578,24 +527,6 @@ void TestDataService::configurationFileDefinesDataSources()
         }
     }
 }
-
-void TestDataService::proxyCarriesDocumentsAndErrors()
-{
-    LocalServiceProxy proxy(std::make_shared<const DataService>(m_service->dataSources()));
-    QDomDocument request;
-    request.setContent(navigation("SQLite", "Local", "main", "regions"));
-    QCOMPARE(names(proxy.request(request)), (QStringList{ "code", "name", "country" }));
-    request.setContent(navigation("SQLite", "Nowhere"));
-    try {
-        proxy.request(request);
-        QFAIL("the proxy swallowed an error");
-    } catch (const tessaly::Error &error) {
-        QCOMPARE(error.number(), ErrorNumber::UnknownDataSource);
-    }
-}
-
-QTEST_GUILESS_MAIN(TestDataService)
-#include "tst_dataservice.moc"
 
 void TestDataService::sinkGetsRowsWithNumbersMarked_data()
 {
@@ -717,3 +648,6 @@ void TestDataService::statementIsBuiltWithoutRunning()
     skipUnlessAvailable(target);
     QCOMPARE(m_service->statement(record(target, query)), statement);
 }
+
+QTEST_GUILESS_MAIN(TestDataService)
+#include "tst_dataservice.moc"

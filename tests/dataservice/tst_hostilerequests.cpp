@@ -20,6 +20,8 @@
 
 #include <libpq-fe.h>
 
+#include "testserver.h"
+
 #include <limits>
 
 #include <fcntl.h>
@@ -44,45 +46,15 @@ constexpr int TimeMarginMs = 3000;
 // the service holds beside it.
 constexpr qint64 MemoryMarginKb = 320 * 1024;
 
-QByteArray escaped(const QString &text)
+QByteArray recordRequest(const QString &provider, const QString &dsn, const QString &catalog, const QString &table,
+    const QString &fields, const QString &condition = {})
 {
-    QString xml = text.toHtmlEscaped();
-    return xml.replace(QStringLiteral("&quot;"), QStringLiteral("\"")).toUtf8();
-}
-
-QByteArray recordRequest(const QString &provider, const QString &dsn, const QString &catalog,
-    const QString &table, const QString &fields, const QString &condition = {})
-{
-    QByteArray xml = "<query><get><content>record<field>" + escaped(fields)
-        + "</field></content><target><provider>" + provider.toUtf8() + "</provider><dsn>"
-        + dsn.toUtf8() + "</dsn><catalog>" + escaped(catalog) + "</catalog><table>" + escaped(table)
-        + "</table></target>";
-    if (!condition.isEmpty())
-        xml += "<condition>" + escaped(condition) + "</condition>";
-    return xml + "</get></query>";
+    return testserver::record(provider, dsn, catalog, table, fields, { condition });
 }
 
 QByteArray listRequest(const QString &provider, const QString &dsn, const QString &catalog = {})
 {
-    return "<query><get><content>column</content><target><provider>" + provider.toUtf8()
-        + "</provider><dsn>" + dsn.toUtf8() + "</dsn><catalog>" + escaped(catalog)
-        + "</catalog><table></table></target></get></query>";
-}
-
-QMap<QString, QString> readState(const QString &path, QString *text)
-{
-    QMap<QString, QString> state;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return state;
-    const QByteArray content = file.readAll();
-    *text = QString::fromUtf8(content).trimmed();
-    for (const QByteArray &line : content.split('\n')) {
-        const qsizetype eq = line.indexOf('=');
-        if (eq > 0)
-            state.insert(QString::fromUtf8(line.left(eq)), QString::fromUtf8(line.mid(eq + 1)));
-    }
-    return state;
+    return testserver::navigation(provider, dsn, catalog);
 }
 
 qint64 procValue(const char *file, const QByteArray &key)
@@ -156,7 +128,7 @@ struct CommandLine
     QByteArray document;
     int exitCode;
     QString output; // a text standard output holds
-    QString error;  // a text standard error holds; empty: standard error stays empty
+    QString error; // a text standard error holds; empty: standard error stays empty
     qint64 memoryKb;
     int timeoutMs;
 };
@@ -216,10 +188,8 @@ private Q_SLOTS:
 private:
     void addSqliteRows();
     void addPostgresRows();
-    QByteArray sqlite(const QString &fields, const QString &condition = {},
-        const QString &table = "orders") const;
-    QByteArray postgres(
-        const QString &fields, const QString &condition = {}, const QString &dsn = "Reader") const;
+    QByteArray sqlite(const QString &fields, const QString &condition = {}, const QString &table = "orders") const;
+    QByteArray postgres(const QString &fields, const QString &condition = {}, const QString &dsn = "Reader") const;
     QByteArray postgresDump() const;
     QByteArray serverState() const;
     void writeConfiguration() const;
@@ -252,26 +222,21 @@ void TestHostileRequests::initTestCase()
                      "CREATE TABLE secrets (word TEXT); "
                      "INSERT INTO secrets VALUES ('swordfish');" }),
         0);
-    QList<DataSource> sources { { "Local", "SQLite", m_dbPath, { { "other", m_otherPath } }, {},
-                                    RowCap, TimeoutMs },
+    QList<DataSource> sources { { "Local", "SQLite", m_dbPath, { { "other", m_otherPath } }, {}, RowCap, TimeoutMs },
         { "Roomy", "SQLite", m_dbPath, {}, {}, RowCap, PatientTimeoutMs } };
 
-    QString stateText;
-    const QString stateFile = qEnvironmentVariable("VELDRA_TEST_PG");
-    m_pg = readState(stateFile, &stateText);
-    if (!m_pg.contains("host")) {
-        m_pgSkipReason = stateFile.isEmpty()
-            ? "VELDRA_TEST_PG is not set; run the test through CTest"
-            : "no PostgreSQL server: " + stateText;
-    } else {
+    m_pg = testserver::readState(&m_pgSkipReason);
+    if (m_pgSkipReason.isEmpty()) {
         // One data source per role: the SELECT-only one, and one for each reason to refuse.
         const QList<QPair<QString, QString>> roles { { "Reader", m_pg.value("reader") },
             { "Patient", m_pg.value("reader") }, { "Budget", m_pg.value("reader") },
-            { "Privileged", m_pg.value("user") }, { "Signaller", "veldra_signaller" },
-            { "Writer", "veldra_writer" }, { "Creator", "veldra_creator" } };
+            { "Privileged", m_pg.value("user") }, { "Signaller", "veldra_signaller" }, { "Writer", "veldra_writer" },
+            { "Creator", "veldra_creator" } };
         for (const auto &[name, role] : roles) {
             DataSource source { name, "PostgreSQL", {}, {}, {}, RowCap,
-                name == "Patient" ? PatientTimeoutMs : name == "Budget" ? BudgetTimeoutMs : TimeoutMs };
+                name == "Patient"      ? PatientTimeoutMs
+                    : name == "Budget" ? BudgetTimeoutMs
+                                       : TimeoutMs };
             for (const char *key : { "host", "port", "dbname" })
                 source.connection.append({ key, m_pg.value(key) });
             source.connection.append({ "user", role });
@@ -285,10 +250,8 @@ void TestHostileRequests::initTestCase()
                          .toUtf8();
         m_bystander = PQconnectdb(m_conninfo.constData());
         QCOMPARE(PQstatus(m_bystander), CONNECTION_OK);
-        PGresult *result
-            = PQexec(m_bystander, "SELECT count(*) FROM pg_extension WHERE extname = 'dblink'");
-        m_haveDblink = PQresultStatus(result) == PGRES_TUPLES_OK
-            && QByteArray(PQgetvalue(result, 0, 0)) == "1";
+        PGresult *result = PQexec(m_bystander, "SELECT count(*) FROM pg_extension WHERE extname = 'dblink'");
+        m_haveDblink = PQresultStatus(result) == PGRES_TUPLES_OK && QByteArray(PQgetvalue(result, 0, 0)) == "1";
         PQclear(result);
     }
     m_service = std::make_unique<DataService>(DataSourceCatalog(sources));
@@ -326,9 +289,12 @@ void TestHostileRequests::writeConfiguration() const
     QVERIFY(QDir(m_dir.path()).mkpath("config/veldra"));
     QFile ini(m_dir.filePath("config/veldra/datasources.ini"));
     QVERIFY(ini.open(QIODevice::WriteOnly));
-    ini.write("[Local]\nprovider=SQLite\npath=" + m_dbPath.toUtf8() + "\ntimeout=30\n"
-              "[Missing]\nprovider=SQLite\npath=" + m_dir.filePath("missing.db").toUtf8() + "\n"
-              "[Unreachable]\nprovider=PostgreSQL\nhost=/nonexistent\nport=1\ndbname=x\nconnect_timeout=1\n");
+    ini.write("[Local]\nprovider=SQLite\npath=" + m_dbPath.toUtf8()
+        + "\ntimeout=30\n"
+          "[Missing]\nprovider=SQLite\npath="
+        + m_dir.filePath("missing.db").toUtf8()
+        + "\n"
+          "[Unreachable]\nprovider=PostgreSQL\nhost=/nonexistent\nport=1\ndbname=x\nconnect_timeout=1\n");
     if (!m_pg.contains("host"))
         return;
     for (const auto &[name, role] : QList<QPair<QByteArray, QString>> { { "Reader", m_pg.value("reader") },
@@ -347,8 +313,7 @@ QByteArray TestHostileRequests::postgresDump() const
         return {};
     QProcess dump;
     dump.start(m_pg.value("bindir") + "/pg_dump",
-        { "-h", m_pg.value("host"), "-p", m_pg.value("port"), "-U", m_pg.value("user"),
-            m_pg.value("dbname") });
+        { "-h", m_pg.value("host"), "-p", m_pg.value("port"), "-U", m_pg.value("user"), m_pg.value("dbname") });
     if (!dump.waitForFinished(60000) || dump.exitCode() != 0)
         return "pg_dump failed: " + dump.readAllStandardError();
     // Newer pg_dump versions add a random \restrict key to each dump; it is not content.
@@ -370,21 +335,18 @@ QByteArray TestHostileRequests::serverState() const
         "SELECT pg_conf_load_time() || '/' || pg_postmaster_start_time() || '/' || "
         "coalesce(pg_stat_get_db_stat_reset_time(d.oid)::text, '-') || '/' || "
         "(SELECT count(*) FROM pg_roles) FROM pg_database d WHERE d.datname = current_database()");
-    const QByteArray state = PQresultStatus(result) == PGRES_TUPLES_OK
-        ? QByteArray(PQgetvalue(result, 0, 0))
-        : "the bystander session is gone";
+    const QByteArray state = PQresultStatus(result) == PGRES_TUPLES_OK ? QByteArray(PQgetvalue(result, 0, 0))
+                                                                       : "the bystander session is gone";
     PQclear(result);
     return state;
 }
 
-QByteArray TestHostileRequests::sqlite(
-    const QString &fields, const QString &condition, const QString &table) const
+QByteArray TestHostileRequests::sqlite(const QString &fields, const QString &condition, const QString &table) const
 {
     return recordRequest("SQLite", "Local", "main", table, fields, condition);
 }
 
-QByteArray TestHostileRequests::postgres(
-    const QString &fields, const QString &condition, const QString &dsn) const
+QByteArray TestHostileRequests::postgres(const QString &fields, const QString &condition, const QString &dsn) const
 {
     return recordRequest("PostgreSQL", dsn, "sales", "orders", fields, condition);
 }
@@ -400,16 +362,13 @@ void TestHostileRequests::attacksAreRefusedWithinLimits_data()
 
 void TestHostileRequests::addSqliteRows()
 {
-    const auto row
-        = [](const char *name, const QByteArray &request, qint32 number, const QString &reason) {
-              QTest::addRow("sqlite: %s", name) << false << request << Expected { number, reason };
-          };
+    const auto row = [](const char *name, const QByteArray &request, qint32 number, const QString &reason) {
+        QTest::addRow("sqlite: %s", name) << false << request << Expected { number, reason };
+    };
     const qint32 refused = ErrorNumber::StatementRefused;
-    const QString costly
-        = "(WITH RECURSIVE r(n, s) AS (SELECT 1, '' UNION ALL SELECT n + 1, %1 FROM r) "
-          "SELECT max(length(s)) FROM r) x";
-    row("printf padding in a recursive query",
-        sqlite(costly.arg("printf('%.*c', 999999999, 'x')"), {}, "regions"),
+    const QString costly = "(WITH RECURSIVE r(n, s) AS (SELECT 1, '' UNION ALL SELECT n + 1, %1 FROM r) "
+                           "SELECT max(length(s)) FROM r) x";
+    row("printf padding in a recursive query", sqlite(costly.arg("printf('%.*c', 999999999, 'x')"), {}, "regions"),
         ErrorNumber::DatabaseError, "too big");
     row("printf padding through an argument", sqlite("printf('%*.*c', 5, 999999999, 'x') x"),
         ErrorNumber::DatabaseError, "too big");
@@ -418,64 +377,48 @@ void TestHostileRequests::addSqliteRows()
     row("a 500 MB blob", sqlite("length(zeroblob(500000000)) n"), refused, "zeroblob");
     const QString longText = "printf('%.*c', 8000000, 'a')";
     row("a search that compares at every position stops at the time limit",
-        sqlite(
-            QString("instr(%1, substr(%1, 1, 4000000) || 'b') n").arg(longText), "orders.id < 50"),
+        sqlite(QString("instr(%1, substr(%1, 1, 4000000) || 'b') n").arg(longText), "orders.id < 50"),
         ErrorNumber::Timeout, "stopped");
     row("a replacement that compares at every position stops at the time limit",
-        sqlite(QString("length(replace(%1, substr(%1, 1, 4000000) || 'b', 'c')) n").arg(longText),
-            "orders.id < 50"),
+        sqlite(QString("length(replace(%1, substr(%1, 1, 4000000) || 'b', 'c')) n").arg(longText), "orders.id < 50"),
         ErrorNumber::Timeout, "stopped");
     row("a large value repeated across the select list",
-        sqlite(QStringList(5, "printf('%8000000d', 1)").join(','), "orders.id = 1"), refused,
-        "bytes");
+        sqlite(QStringList(5, "printf('%8000000d', 1)").join(','), "orders.id = 1"), refused, "bytes");
     row("a large value repeated many times across the select list",
-        sqlite(QStringList(40, "printf('%8000000d', 1)").join(','), "orders.id = 1"), refused,
-        "256 MB of memory");
+        sqlite(QStringList(40, "printf('%8000000d', 1)").join(','), "orders.id = 1"), refused, "256 MB of memory");
     // Time enough to reach the memory bound whatever the machine: files would grow all along.
     QTest::addRow("sqlite: a sort larger than memory would spill to temporary files")
         << false
         << recordRequest("SQLite", "Roomy", "main", "orders",
                "(SELECT count(DISTINCT a.id || b.code || printf('%.*c', 65536, 'x')) FROM orders a, regions b) n")
         << Expected { refused, "256 MB of memory", PatientTimeoutMs };
-    row("a table-valued function", sqlite("(SELECT count(*) FROM json_each('[1, 2]')) n"), refused,
-        "json_each");
-    row("a long LIKE pattern",
-        sqlite("orders.id", "orders.status LIKE printf('%.*c', 100000, '%')"),
+    row("a table-valued function", sqlite("(SELECT count(*) FROM json_each('[1, 2]')) n"), refused, "json_each");
+    row("a long LIKE pattern", sqlite("orders.id", "orders.status LIKE printf('%.*c', 100000, '%')"),
         ErrorNumber::DatabaseError, "pattern");
-    row("backtick hides a semicolon", sqlite("orders.id", "`'`; DELETE FROM orders; SELECT '`"),
-        refused, "semicolon");
+    row("backtick hides a semicolon", sqlite("orders.id", "`'`; DELETE FROM orders; SELECT '`"), refused, "semicolon");
     row("bracket name hides a quote", sqlite("[']", "1=1) --"), refused, "never opened");
-    row("attached catalog through a subquery", sqlite("(SELECT word FROM other.secrets) w"),
-        refused, "other.secrets");
+    row("attached catalog through a subquery", sqlite("(SELECT word FROM other.secrets) w"), refused, "other.secrets");
     row("temp catalog", sqlite("(SELECT count(*) FROM temp.sqlite_master) n"), refused, "temp");
-    row("schema of the attached catalog", sqlite("(SELECT sql FROM other.sqlite_master LIMIT 1) s"),
-        refused, "other.sqlite_master");
-    row("pragma as a table", sqlite("(SELECT count(*) FROM pragma_database_list) n"), refused,
-        "not allowed");
+    row("schema of the attached catalog", sqlite("(SELECT sql FROM other.sqlite_master LIMIT 1) s"), refused,
+        "other.sqlite_master");
+    row("pragma as a table", sqlite("(SELECT count(*) FROM pragma_database_list) n"), refused, "not allowed");
     row("load_extension", sqlite("load_extension('/tmp/evil.so') x"), refused, "load_extension");
-    row("readfile", sqlite("readfile('/etc/passwd') x"), ErrorNumber::DatabaseError,
-        "no such function");
+    row("readfile", sqlite("readfile('/etc/passwd') x"), ErrorNumber::DatabaseError, "no such function");
     row("writing through a common table expression",
-        sqlite("orders.id",
-            "orders.id IN (WITH d AS (DELETE FROM orders RETURNING id) SELECT id FROM d)"),
+        sqlite("orders.id", "orders.id IN (WITH d AS (DELETE FROM orders RETURNING id) SELECT id FROM d)"),
         ErrorNumber::DatabaseError, "syntax");
-    row("a catalog the data source does not offer",
-        recordRequest("SQLite", "Local", "temp", "orders", "1"), ErrorNumber::UnknownCatalog,
-        "offers");
-    row("a 100 kB name in another catalog",
-        sqlite(QString("(SELECT 1 FROM other.\"%1\") x").arg(QString(100000, 'n'))),
+    row("a catalog the data source does not offer", recordRequest("SQLite", "Local", "temp", "orders", "1"),
+        ErrorNumber::UnknownCatalog, "offers");
+    row("a 100 kB name in another catalog", sqlite(QString("(SELECT 1 FROM other.\"%1\") x").arg(QString(100000, 'n'))),
         ErrorNumber::DatabaseError, "no such table");
-    row("a 100 kB catalog name",
-        recordRequest("SQLite", "Local", QString(100000, 'c'), "orders", "1"),
+    row("a 100 kB catalog name", recordRequest("SQLite", "Local", QString(100000, 'c'), "orders", "1"),
         ErrorNumber::UnknownCatalog, "more characters");
     row("deeply nested expression", sqlite(QString(5000, '(') + "1" + QString(5000, ')') + " x"),
         ErrorNumber::DatabaseError, "stack overflow");
     row("a statement longer than 1 MB",
-        sqlite("orders.id", "orders.id = 1" + QString(" OR orders.id = 1").repeated(70000)), refused,
-        "1048576 bytes");
+        sqlite("orders.id", "orders.id = 1" + QString(" OR orders.id = 1").repeated(70000)), refused, "1048576 bytes");
     // The request reader compared every attribute with every other: minutes for this one.
-    row("200,000 attributes",
-        "<query><get" + attributes(200000) + "><content>column</content><target/></get></query>",
+    row("200,000 attributes", "<query><get" + attributes(200000) + "><content>column</content><target/></get></query>",
         ErrorNumber::MalformedRequest, "attributes");
     row("attributes declared by a document type",
         "<!DOCTYPE query [<!ATTLIST get" + QByteArray(" a CDATA \"1\"").repeated(1000)
@@ -485,61 +428,55 @@ void TestHostileRequests::addSqliteRows()
 
 void TestHostileRequests::addPostgresRows()
 {
-    const auto row = [](const char *name, const QByteArray &request, qint32 number,
-                         const QString &reason) {
+    const auto row = [](const char *name, const QByteArray &request, qint32 number, const QString &reason) {
         QTest::addRow("postgresql: %s", name) << true << request << Expected { number, reason };
     };
     const qint32 refused = ErrorNumber::StatementRefused;
     const qint32 badConfiguration = ErrorNumber::BadConfiguration;
 
     // Functions written with Unicode escapes are resolved by the engine before the check.
-    row("file read through a Unicode-escaped name",
-        postgres("U&\"\\0070g_read_file\"('/etc/passwd') x"), refused, "pg_read_file");
+    row("file read through a Unicode-escaped name", postgres("U&\"\\0070g_read_file\"('/etc/passwd') x"), refused,
+        "pg_read_file");
     row("Unicode escape with its own escape character",
         postgres("U&\"!0070g_read_file\" UESCAPE '!' ('/etc/passwd') x"), refused, "pg_read_file");
-    row("quoted and qualified", postgres("\"pg_catalog\".\"pg_read_binary_file\"('/etc/passwd') x"),
-        refused, "pg_read_binary_file");
+    row("quoted and qualified", postgres("\"pg_catalog\".\"pg_read_binary_file\"('/etc/passwd') x"), refused,
+        "pg_read_binary_file");
     row("SQL from text reads password hashes",
-        postgres("query_to_xml('SELECT rolpassword FROM pg_authid', true, false, '') x"), refused,
-        "query_to_xml");
-    row("text search statistics run SQL", postgres("(SELECT count(*) FROM ts_stat('SELECT 1')) n"),
-        refused, "ts_stat");
+        postgres("query_to_xml('SELECT rolpassword FROM pg_authid', true, false, '') x"), refused, "query_to_xml");
+    row("text search statistics run SQL", postgres("(SELECT count(*) FROM ts_stat('SELECT 1')) n"), refused, "ts_stat");
     row("dblink to the same server",
         postgres("(SELECT count(*) FROM public.dblink('dbname=veldra_sample', "
                  "'DELETE FROM sales.orders RETURNING 1') AS t(n int)) n"),
         m_haveDblink ? refused : ErrorNumber::DatabaseError, "dblink");
-    row("other sessions' statements",
-        postgres("(SELECT count(*) FROM pg_stat_get_activity(NULL)) n"), refused,
+    row("other sessions' statements", postgres("(SELECT count(*) FROM pg_stat_get_activity(NULL)) n"), refused,
         "pg_stat_get_activity");
     row("one setting", postgres("current_setting('data_directory') x"), refused, "current_setting");
-    row("settings change", postgres("set_config('statement_timeout', '0', false) x"), refused,
-        "set_config");
+    row("settings change", postgres("set_config('statement_timeout', '0', false) x"), refused, "set_config");
     row("statistics reset", postgres("pg_stat_reset() x"), refused, "pg_stat_reset");
-    row("terminate other sessions",
-        postgres("(SELECT count(pg_terminate_backend(pid)) FROM pg_stat_activity) n"), refused,
-        "pg_");
-    row("terminate by number", postgres("pg_terminate_backend(orders.id) x", "orders.id = 1"),
-        refused, "pg_terminate_backend");
+    row("terminate other sessions", postgres("(SELECT count(pg_terminate_backend(pid)) FROM pg_stat_activity) n"),
+        refused, "pg_");
+    row("terminate by number", postgres("pg_terminate_backend(orders.id) x", "orders.id = 1"), refused,
+        "pg_terminate_backend");
     row("configuration reload", postgres("pg_reload_conf() x"), refused, "pg_reload_conf");
     row("large object import", postgres("lo_import('/etc/passwd') x"), refused, "lo_import");
     row("sequence step", postgres("nextval(orders.id::regclass) x"), refused, "regclass");
     // Object numbers turned into names list what lies outside the catalog.
     row("table names of other schemas by number",
-        postgres("(SELECT string_agg(g::oid::regclass::text, ',') FROM generate_series(16384, 16500) g) x"),
-        refused, "regclass");
-    row("schema names by number", postgres("(SELECT string_agg(g::oid::regnamespace::text, ',') "
-                                           "FROM generate_series(2200, 16500) g) x"),
+        postgres("(SELECT string_agg(g::oid::regclass::text, ',') FROM generate_series(16384, 16500) g) x"), refused,
+        "regclass");
+    row("schema names by number",
+        postgres("(SELECT string_agg(g::oid::regnamespace::text, ',') "
+                 "FROM generate_series(2200, 16500) g) x"),
         refused, "regnamespace");
     row("the superuser's name by number", postgres("10::oid::regrole::text x"), refused, "regrole");
     row("a table named in an error", postgres("satisfies_hash_partition(16400, 2, 0, 1) x"), refused,
         "satisfies_hash_partition");
-    row("role names in an access list", postgres("makeaclitem(10, 10, 'SELECT', false)::text x"), refused,
-        "aclitem");
+    row("role names in an access list", postgres("makeaclitem(10, 10, 'SELECT', false)::text x"), refused, "aclitem");
     row("a name of another schema converted without a call", postgres("('hr.salaries'::name)::regclass::oid x"),
         refused, "regclass");
     // A conversion to a domain runs what its check calls.
-    row("a domain's check asks another schema",
-        postgres("(90000::numeric)::sales.known_salary x"), refused, "salary_above");
+    row("a domain's check asks another schema", postgres("(90000::numeric)::sales.known_salary x"), refused,
+        "salary_above");
     row("a domain's check sleeps", postgres("(orders.id::integer)::sales.slow_number x", "orders.id < 3"), refused,
         "pg_sleep");
     // PostgreSQL reads a name on through any character from U+0080 up; E' then starts a plain string.
@@ -547,35 +484,34 @@ void TestHostileRequests::addPostgresRows()
         QTest::addRow("postgresql: an escape string after %s hides a second statement", lead)
             << true
             << postgres("orders.id",
-                   QString("orders.id=1 OR %1E'\\'; DELETE FROM sales.orders; SELECT \\''").arg(QString::fromUtf8(lead)))
+                   QString("orders.id=1 OR %1E'\\'; DELETE FROM sales.orders; SELECT \\''")
+                       .arg(QString::fromUtf8(lead)))
             << Expected { refused, "semicolon" };
     }
     row("sleep", postgres("pg_sleep(30) x"), refused, "pg_sleep");
-    row("write through a function of the catalog",
-        postgres("sales.mark_cancelled(orders.id) x", "orders.id = 1"), refused, "mark_cancelled");
-    row("password hashes", postgres("(SELECT max(rolpassword) FROM pg_authid) x"), refused,
-        "pg_authid");
+    row("write through a function of the catalog", postgres("sales.mark_cancelled(orders.id) x", "orders.id = 1"),
+        refused, "mark_cancelled");
+    row("password hashes", postgres("(SELECT max(rolpassword) FROM pg_authid) x"), refused, "pg_authid");
     row("another schema", postgres("(SELECT max(salary) FROM hr.salaries) x"), refused, "hr");
-    row("another schema by a Unicode-escaped name",
-        postgres("(SELECT max(salary) FROM U&\"\\0068r\".salaries) x"), refused, "hr");
+    row("another schema by a Unicode-escaped name", postgres("(SELECT max(salary) FROM U&\"\\0068r\".salaries) x"),
+        refused, "hr");
     row("function of another schema", postgres("public.dblink_get_connections() x"),
         m_haveDblink ? refused : ErrorNumber::DatabaseError, "dblink_get_connections");
     row("writing common table expression",
-        postgres("orders.id",
-            "orders.id IN (WITH d AS (DELETE FROM sales.orders RETURNING id) SELECT id FROM d)"),
+        postgres("orders.id", "orders.id IN (WITH d AS (DELETE FROM sales.orders RETURNING id) SELECT id FROM d)"),
         ErrorNumber::DatabaseError, "WITH");
     row("dollar quoting", postgres("$q$x$q$ x"), refused, "$");
     row("comment", postgres("orders.id", "1=1 --"), refused, "comment");
     row("a long join stops at the time limit",
-        postgres("(SELECT count(*) FROM sales.orders a, sales.orders b, sales.orders c) n"),
-        ErrorNumber::Timeout, "statement timeout");
+        postgres("(SELECT count(*) FROM sales.orders a, sales.orders b, sales.orders c) n"), ErrorNumber::Timeout,
+        "statement timeout");
     row("endless recursion stops at the temporary file limit",
         postgres("(WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM c) SELECT max(x) "
                  "FROM c) n"),
         ErrorNumber::DatabaseError, "temp_file_limit");
     row("a series larger than the temporary file limit",
-        postgres("(SELECT count(*) FROM generate_series(1, 1000000000000)) n"),
-        ErrorNumber::DatabaseError, "temp_file_limit");
+        postgres("(SELECT count(*) FROM generate_series(1, 1000000000000)) n"), ErrorNumber::DatabaseError,
+        "temp_file_limit");
     row("a sort larger than the temporary file limit",
         postgres("(SELECT count(*) FROM (SELECT md5(g::text) m FROM generate_series(1, 3000000) g "
                  "ORDER BY 1) s) n"),
@@ -590,34 +526,28 @@ void TestHostileRequests::addPostgresRows()
     QTest::addRow("postgresql: an aggregate larger than a backend may grow")
         << true
         << postgres("(SELECT length(array_agg(repeat(a.status || b.status, 4))::text) "
-                    "FROM sales.orders a, sales.orders b) n", {}, "Patient")
+                    "FROM sales.orders a, sales.orders b) n",
+               {}, "Patient")
         << Expected { ErrorNumber::DatabaseError, "out of memory", PatientTimeoutMs };
     row("a statement longer than 1 MB",
         postgres("orders.id", "orders.id = 1" + QString(" OR orders.id = 1").repeated(70000)), refused,
         "1048576 bytes");
-    row("6 million conditions",
-        postgres("orders.id", "orders.id = 1" + QString(" OR 1 = 1").repeated(6000000)),
+    row("6 million conditions", postgres("orders.id", "orders.id = 1" + QString(" OR 1 = 1").repeated(6000000)),
         ErrorNumber::MalformedRequest, "16 MB");
 
     // The catalog binds the request, whatever the component sent.
-    row("another schema as the request's catalog",
-        recordRequest("PostgreSQL", "Reader", "hr", "salaries", "*"), ErrorNumber::UnknownCatalog,
-        "offers");
+    row("another schema as the request's catalog", recordRequest("PostgreSQL", "Reader", "hr", "salaries", "*"),
+        ErrorNumber::UnknownCatalog, "offers");
     row("the system catalog as the request's catalog",
-        recordRequest("PostgreSQL", "Reader", "pg_catalog", "pg_authid", "*"),
-        ErrorNumber::UnknownCatalog, "offers");
-    row("listing another schema", listRequest("PostgreSQL", "Reader", "hr"),
-        ErrorNumber::UnknownCatalog, "offers");
+        recordRequest("PostgreSQL", "Reader", "pg_catalog", "pg_authid", "*"), ErrorNumber::UnknownCatalog, "offers");
+    row("listing another schema", listRequest("PostgreSQL", "Reader", "hr"), ErrorNumber::UnknownCatalog, "offers");
 
     // Roles that could do more than read are refused before any query of theirs runs.
     row("superuser", postgres("orders.id", {}, "Privileged"), badConfiguration, "superuser");
-    row("superuser, listing", listRequest("PostgreSQL", "Privileged"), badConfiguration,
-        "superuser");
-    row("member of pg_signal_backend", postgres("orders.id", {}, "Signaller"), badConfiguration,
-        "pg_signal_backend");
+    row("superuser, listing", listRequest("PostgreSQL", "Privileged"), badConfiguration, "superuser");
+    row("member of pg_signal_backend", postgres("orders.id", {}, "Signaller"), badConfiguration, "pg_signal_backend");
     row("may insert", postgres("orders.id", {}, "Writer"), badConfiguration, "sales.orders");
-    row("may create in a schema", postgres("orders.id", {}, "Creator"), badConfiguration,
-        "schema sales");
+    row("may create in a schema", postgres("orders.id", {}, "Creator"), badConfiguration, "schema sales");
 }
 
 void TestHostileRequests::attacksAreRefusedWithinLimits()
@@ -642,10 +572,8 @@ void TestHostileRequests::attacksAreRefusedWithinLimits()
     }
     const qint64 elapsed = timer.elapsed();
     QVERIFY2(answer.isEmpty(), answer.left(2000).constData());
-    QVERIFY2(number == expected.number,
-        qPrintable(tessaly::Error::hexNumber(number) + u' ' + message.left(3000)));
-    QVERIFY2(
-        message.contains(expected.reason, Qt::CaseInsensitive), qPrintable(message.left(3000)));
+    QVERIFY2(number == expected.number, qPrintable(tessaly::Error::hexNumber(number) + u' ' + message.left(3000)));
+    QVERIFY2(message.contains(expected.reason, Qt::CaseInsensitive), qPrintable(message.left(3000)));
     QVERIFY2(message.size() < 3000, qPrintable(QString::number(message.size())));
     QVERIFY2(elapsed < expected.timeoutMs + TimeMarginMs, qPrintable(QString::number(elapsed)));
     const qint64 growth = peakMemoryKb() - memoryBefore;
@@ -669,8 +597,8 @@ void TestHostileRequests::checkAndRunShareOneTimeBudget()
     timer.start();
     qint32 number = 0;
     try {
-        m_service->answer(postgres("(SELECT count(*) FROM sales.orders a, sales.orders b, sales.orders c) n", {},
-            "Budget"));
+        m_service->answer(
+            postgres("(SELECT count(*) FROM sales.orders a, sales.orders b, sales.orders c) n", {}, "Budget"));
     } catch (const tessaly::Error &error) {
         number = error.number();
     }
@@ -692,25 +620,31 @@ void TestHostileRequests::commandLineKeepsItsPromises_data()
     // The table format sizes its columns from what it holds back; values this wide must not
     // make it hold gigabytes (four columns of 7.9 MB, or 15 MB, per row).
     QTest::addRow("sqlite: a table of wide values")
-        << false << CommandLine { run, definition(local, QStringList(4, "printf('%.*c', 7900000, 'x') || orders.id"),
-                                      "orders.id <= 40"), 0, "(40 rows)", "", 192 * 1024, 60000 };
+        << false
+        << CommandLine { run,
+               definition(local, QStringList(4, "printf('%.*c', 7900000, 'x') || orders.id"), "orders.id <= 40"), 0,
+               "(40 rows)", "", 192 * 1024, 60000 };
     QTest::addRow("postgresql: a table of wide values")
-        << true << CommandLine { run, definition(reader, { "repeat('x', 15000000) || orders.id" }, "orders.id <= 20"),
-                       0, "(20 rows)", "", 192 * 1024, 60000 };
+        << true
+        << CommandLine { run, definition(reader, { "repeat('x', 15000000) || orders.id" }, "orders.id <= 20"), 0,
+               "(20 rows)", "", 192 * 1024, 60000 };
     // Each level is asked of the one data source named; the others are never connected to.
     QTest::addRow("sqlite: browse asks only the data source it names")
         << false << CommandLine { { "browse", "SQLite", "Local", "main" }, {}, 0, "orders\n", "", 128 * 1024, 20000 };
     QTest::addRow("sqlite: browse gives the reason of the data source it names")
-        << false << CommandLine { { "browse", "SQLite", "Missing" }, {}, 1, "", "missing.db of data source Missing",
-                        128 * 1024, 20000 };
+        << false
+        << CommandLine { { "browse", "SQLite", "Missing" }, {}, 1, "", "missing.db of data source Missing", 128 * 1024,
+               20000 };
     QTest::addRow("postgresql: listings for a role that reads quotes the old way")
-        << true << CommandLine { { "browse", "PostgreSQL", "OldStrings", "sales" }, {}, 0, "orders\n", "",
-                       128 * 1024, 20000 };
+        << true
+        << CommandLine { { "browse", "PostgreSQL", "OldStrings", "sales" }, {}, 0, "orders\n", "", 128 * 1024, 20000 };
     // The document readers compared every attribute with every other: minutes for this one. On
     // the root, even telling a definition from a component document took that long.
     QTest::addRow("sqlite: a definition with 200,000 attributes")
-        << false << CommandLine { run, definition(local, { "1" }, "").replace("<SQLInfo>", "<SQLInfo" + attributes(200000) + ">"),
-                        2, "", "attributes", 128 * 1024, 3000 };
+        << false
+        << CommandLine { run,
+               definition(local, { "1" }, "").replace("<SQLInfo>", "<SQLInfo" + attributes(200000) + ">"), 2, "",
+               "attributes", 128 * 1024, 3000 };
 }
 
 // What the tool took: its exit status, its output, its peak memory.
@@ -811,8 +745,7 @@ void TestHostileRequests::ordinaryQueriesStillRun_data()
         QTest::addRow("sqlite: %s", name) << false << sqlite(fields, condition);
         QTest::addRow("postgresql: %s", name) << true << postgres(fields, condition);
     };
-    both("text functions",
-        "lower(orders.status) s, upper(substr(orders.status, 1, 2)) t, length(orders.status) n",
+    both("text functions", "lower(orders.status) s, upper(substr(orders.status, 1, 2)) t, length(orders.status) n",
         "orders.status LIKE 'sh%' AND trim(orders.status) <> ''");
     both("numbers and conditionals",
         "round(orders.amount) r, abs(orders.amount - 100) d, CASE WHEN orders.amount > 1000 THEN "
@@ -853,8 +786,7 @@ void TestHostileRequests::ordinaryQueriesStillRun()
     try {
         QDomDocument response;
         QVERIFY(response.setContent(m_service->answer(request)));
-        QVERIFY(
-            response.documentElement().firstChildElement("result").attribute("rows").toInt() > 0);
+        QVERIFY(response.documentElement().firstChildElement("result").attribute("rows").toInt() > 0);
     } catch (const tessaly::Error &error) {
         QFAIL(qPrintable(tessaly::Error::hexNumber(error.number()) + u' ' + error.message()));
     }
@@ -868,30 +800,26 @@ void TestHostileRequests::tableNameWithControlCharacterKeepsTheListingWellFormed
                      "CREATE TABLE plain (a); CREATE TABLE \"bell\x07name\" (a);"
                      "CREATE TABLE \"col\" (\"x\x01y\" INTEGER);" }),
         0);
-    const DataService service(
-        DataSourceCatalog({ { "Odd", "SQLite", path, {}, {}, RowCap, TimeoutMs } }));
+    const DataService service(DataSourceCatalog({ { "Odd", "SQLite", path, {}, {}, RowCap, TimeoutMs } }));
     QDomDocument listing;
     QVERIFY(listing.setContent(service.answer(listRequest("SQLite", "Odd", "main"))));
     QStringList names;
-    for (QDomElement e = listing.documentElement().firstChildElement(); !e.isNull();
-         e = e.nextSiblingElement())
+    for (QDomElement e = listing.documentElement().firstChildElement(); !e.isNull(); e = e.nextSiblingElement())
         names.append(e.attribute("name"));
     QCOMPARE(names, (QStringList { "col", "plain" }));
     QDomDocument columns;
-    QVERIFY(columns.setContent(service.answer(
-        "<query><get><content>column</content><target><provider>SQLite</provider><dsn>Odd</dsn>"
-        "<catalog>main</catalog><table>col</table></target></get></query>")));
+    QVERIFY(columns.setContent(
+        service.answer("<query><get><content>column</content><target><provider>SQLite</provider><dsn>Odd</dsn>"
+                       "<catalog>main</catalog><table>col</table></target></get></query>")));
     QCOMPARE(columns.documentElement().childNodes().size(), 0);
 }
 
 void TestHostileRequests::rowCapAtTheLargestNumberDoesNotOverflow()
 {
     const qint64 largest = std::numeric_limits<qint64>::max();
-    const DataService service(
-        DataSourceCatalog({ { "Big", "SQLite", m_dbPath, {}, {}, largest, TimeoutMs } }));
+    const DataService service(DataSourceCatalog({ { "Big", "SQLite", m_dbPath, {}, {}, largest, TimeoutMs } }));
     QDomDocument response;
-    QVERIFY(response.setContent(
-        service.answer(recordRequest("SQLite", "Big", "main", "orders", "orders.id"))));
+    QVERIFY(response.setContent(service.answer(recordRequest("SQLite", "Big", "main", "orders", "orders.id"))));
     const QDomElement result = response.documentElement().firstChildElement("result");
     QCOMPARE(result.attribute("rows"), "2400");
     QCOMPARE(result.attribute("truncated"), "false");

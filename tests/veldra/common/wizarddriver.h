@@ -28,11 +28,11 @@ namespace testwizard {
 using veldra::Language;
 using veldra::StringTable;
 
-// The wizard as a person sees it, found by the controls' names.
+// The wizard (or one of its pages) as a person sees it, found by the controls' names.
 class WizardDriver
 {
 public:
-    explicit WizardDriver(QDialog &dialog) : m_dialog(dialog) {}
+    explicit WizardDriver(QWidget &dialog) : m_dialog(dialog) {}
 
     template<typename T>
     T *find(const char *name) const
@@ -135,17 +135,8 @@ public:
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
-    void shoot(const QString &name) const
-    {
-        const QString dir = qEnvironmentVariable("VELDRA_SHOTS");
-        if (dir.isEmpty())
-            return;
-        const QString language = StringTable::language() == Language::Japanese ? "ja" : "en";
-        m_dialog.grab().save(QDir(dir).filePath(name + '-' + language + ".png"));
-    }
-
 private:
-    QDialog &m_dialog;
+    QWidget &m_dialog;
 };
 
 // What may differ from the shipped sample; the defaults build it exactly.

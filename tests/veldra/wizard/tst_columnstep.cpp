@@ -153,6 +153,9 @@ void tst_ColumnStep::insertKeepsEachItemOnceAndRemoveSelectsTheNextRow()
     QCOMPARE(selections(state),
              QStringList({ "orders.id", "orders.amount", "SUM(amount)", "customers.name", "COUNT(*)" }));
 
+    step.moveSelectionUp("orders.id"); // the first row stays first
+    step.moveSelectionDown("orders.id");
+    QCOMPARE(selections(state).mid(0, 2), QStringList({ "orders.amount", "orders.id" }));
     step.removeSelection("COUNT(*)"); // the last row: the one before it is next
     QCOMPARE(step.selectedName(), "customers.name");
     for (const QString &name : selections(state))

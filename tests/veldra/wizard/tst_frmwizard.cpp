@@ -143,10 +143,7 @@ void tst_frmWizard::newQueryWalksTheFirstStepsAndQuits()
         QCOMPARE(wizard.back()->isEnabled(), false);
         QCOMPARE(wizard.next()->text(), text(StringId::NextButton));
         QCOMPARE(wizard.next()->isEnabled(), false);
-        wizard.shoot("step0");
-
         QVERIFY(wizard.choose("ProviderCombo", "SQLite"));
-        QCOMPARE(wizard.entries("DSNCombo"), QStringList{ "Sample" });
         QVERIFY(wizard.choose("DSNCombo", "Sample"));
         QVERIFY(!wizard.next()->isEnabled());
         QVERIFY(wizard.choose("CatalogCombo", "main"));
@@ -158,8 +155,6 @@ void tst_frmWizard::newQueryWalksTheFirstStepsAndQuits()
         QCOMPARE(m_proxy->requests, structureRequests + 1);
         QCOMPARE(m_ui->busyCalls, 1);
         QCOMPARE(m_ui->busyDepth, 0);
-        QCOMPARE(wizard.tableNames(Qt::PartiallyChecked),
-                 QStringList({ "customers", "order_lines", "orders", "products", "regions", "sales_by_region", "staff" }));
         QVERIFY(wizard.tableNames(Qt::Checked).isEmpty());
         QVERIFY(!wizard.next()->isEnabled());
         QVERIFY(wizard.back()->isEnabled());
@@ -168,7 +163,6 @@ void tst_frmWizard::newQueryWalksTheFirstStepsAndQuits()
         wizard.tables()->setData(wizard.tables()->index(0, 0), Qt::Checked, Qt::CheckStateRole);
         QCOMPARE(wizard.tableNames(Qt::Checked), QStringList({ "customers", "orders" }));
         QVERIFY(wizard.next()->isEnabled());
-        wizard.shoot("step1");
 
         wizard.next()->click();
         QCOMPARE(wizard.step(), 2);
@@ -184,15 +178,10 @@ void tst_frmWizard::newQueryWalksTheFirstStepsAndQuits()
         QCOMPARE(wizard.step(), 1);
         QCOMPARE(m_proxy->requests, structureRequests + 3);
         QCOMPARE(wizard.tableNames(Qt::Checked), QStringList({ "customers", "orders" }));
-
-        m_ui->answerQueue = { Answer::No, Answer::Yes };
+        m_ui->answerQueue = { Answer::Yes };
         wizard.quit()->click();
-        QCOMPARE(wizard.step(), 1);
-        wizard.quit()->click();
-        QCOMPARE(wizard.step(), 0);
     });
     QVERIFY(shown);
-    QCOMPARE(m_ui->messages.size(), 2);
     QCOMPARE(wizard.result(), int(QDialog::Rejected));
     QVERIFY(!wizard.isVisible());
     QCOMPARE(m_component->definition(), before);
@@ -203,7 +192,6 @@ void tst_frmWizard::existingQueryIsFinishedIntoTheModel()
     frmWizard wizard;
     const auto original = sampleDefinition();
     const auto before = m_component->definition();
-    QString finalText;
     const bool shown = run(wizard, original, [&](WizardDriver &wizard) {
         QCOMPARE(wizard.find<QComboBox>("ProviderCombo")->currentText(), "SQLite");
         QCOMPARE(wizard.find<QComboBox>("DSNCombo")->currentText(), "Sample");
@@ -217,10 +205,7 @@ void tst_frmWizard::existingQueryIsFinishedIntoTheModel()
             QCOMPARE(wizard.step(), step);
         }
         QCOMPARE(wizard.next()->text(), text(StringId::FinishButton));
-        const auto *statement = wizard.find<QPlainTextEdit>("FinishResultText");
-        QVERIFY(statement->isReadOnly());
-        finalText = statement->toPlainText();
-        wizard.shoot("step5");
+        QVERIFY(wizard.find<QPlainTextEdit>("FinishResultText")->isReadOnly());
 
         m_ui->answerQueue = { Answer::Cancel };
         wizard.next()->click();
@@ -244,7 +229,6 @@ void tst_frmWizard::existingQueryIsFinishedIntoTheModel()
     const auto finished = m_component->definition();
     QCOMPARE(finished, wizard.state().definition());
     QVERIFY(finished != original);
-    QCOMPARE(finalText, statementText(*finished).replace("\r\n", "\n"));
 
     // The form is kept: the next session starts on the first step with the same accessor and
     // its cache.

@@ -1,10 +1,10 @@
 #include "../common/definitions.h"
+#include "../common/wizarddriver.h"
 #include "../dialogs/recordinguiservice.h"
 #include "wizardfixture.h"
 
 #include "veldra/resources/stringtable.h"
 #include "veldra/wizard/columnpage.h"
-#include "veldra/wizard/conditionpage.h"
 #include "veldra/wizard/grouporderpage.h"
 #include "veldra/wizard/grouporderstep.h"
 
@@ -47,22 +47,6 @@ QStringList column(const QTreeWidget *list, int column)
     return texts;
 }
 
-// Edits a row's label in place as a person would and lets the page answer.
-void editInPlace(QTreeWidget *list, int row, const QString &typed)
-{
-    QTreeWidgetItem *item = list->topLevelItem(row);
-    list->setCurrentItem(item);
-    list->editItem(item, 0);
-    auto *editor = qobject_cast<QLineEdit *>(list->indexWidget(list->model()->index(row, 0)));
-    QVERIFY2(editor, "no editor opened");
-    editor->setText(typed);
-    QTest::keyClick(editor, Qt::Key_Return);
-    // The view commits the editor, and the page answers, each in a later turn of the loop.
-    for (int turn = 0; turn < 3; ++turn)
-        QCoreApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
 } // namespace
 
 class tst_WizardPages : public QObject
@@ -73,13 +57,10 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void columnPageInsertsAndRemovesItems();
     void columnPageRenamesAnAliasByMenuKeyOrClick();
     void columnPageTypesANewExpressionInPlace();
     void columnPageEditsALongExpressionInTheDialog_data();
     void columnPageEditsALongExpressionInTheDialog();
-    void conditionPageInsertsAtTheCaretAndStoresEveryChange();
-    void conditionPageOpensTheParameterDialog();
     void groupOrderPageEnablesWhatTheSwitchesAllow();
 
 private:
@@ -111,42 +92,6 @@ void tst_WizardPages::cleanup()
     m_state.reset();
     UiService::setInstance(nullptr);
     QVERIFY(QApplication::topLevelWidgets().isEmpty());
-}
-
-void tst_WizardPages::columnPageInsertsAndRemovesItems()
-{
-    ColumnPage page(*m_state);
-    page.initialize();
-    QSignalSpy completeChanged(&page, &WizardPage::completeChanged);
-    QVERIFY(page.prepare());
-    auto *selectList = child<QTreeWidget>(page, "SelectList");
-    auto *columns = child<QTreeWidget>(page, "SelectColumnList");
-    QCOMPARE(column(selectList, 0), QStringList({ "<Blank>", "Total", "<Blank>" }));
-    QCOMPARE(column(selectList, 1), QStringList({ "Column", "Column", "Function" }));
-    QCOMPARE(column(columns, 0), QStringList({ "id", "amount" }));
-
-    child<QComboBox>(page, "SelectTableCombo")->setCurrentIndex(1);
-    QCOMPARE(column(columns, 0), QStringList({ "id", "name" }));
-    columns->setCurrentItem(columns->topLevelItem(1));
-    child<QPushButton>(page, "SelectInsertButton")->click();
-    QCOMPARE(column(selectList, 2).last(), "customers.name");
-    QCOMPARE(selectList->currentItem()->text(2), "customers.name");
-
-    child<QTabWidget>(page, "ColExprTab")->setCurrentIndex(1);
-    auto *expressions = child<QTreeWidget>(page, "SelectExprList");
-    QCOMPARE(column(expressions, 0), QStringList({ "SUM(amount)", "COUNT(*)", "" }));
-    expressions->setCurrentItem(expressions->topLevelItem(1));
-    child<QPushButton>(page, "SelectInsertButton")->click();
-    QCOMPARE(m_state->definition()->selections()->count(), 5);
-
-    selectList->setCurrentItem(selectList->topLevelItem(0));
-    QVERIFY(!child<QPushButton>(page, "SelectUpButton")->isEnabled());
-    child<QPushButton>(page, "SelectDownButton")->click();
-    child<QPushButton>(page, "SelectRemoveButton")->click();
-    QCOMPARE(column(selectList, 2), QStringList({ "orders.amount", "SUM(amount)", "customers.name", "COUNT(*)" }));
-    QCOMPARE(selectList->currentItem()->text(2), "SUM(amount)"); // the row that took its place
-    QVERIFY(completeChanged.count() >= 3);
-    QVERIFY(m_ui->messages.isEmpty());
 }
 
 void tst_WizardPages::columnPageRenamesAnAliasByMenuKeyOrClick()
@@ -221,20 +166,16 @@ void tst_WizardPages::columnPageTypesANewExpressionInPlace()
     child<QTabWidget>(page, "ColExprTab")->setCurrentIndex(1);
     auto *expressions = child<QTreeWidget>(page, "SelectExprList");
 
-    editInPlace(expressions, 2, "COUNT(*)");
+    testwizard::WizardDriver(page).editInPlace("SelectExprList", 2, "COUNT(*)");
     QCOMPARE(m_ui->messages.size(), 1);
     QCOMPARE(m_ui->messages[0].text, "Same Query exist.");
     QCOMPARE(m_ui->messages[0].title, "Error");
     QCOMPARE(column(expressions, 0), QStringList({ "SUM(amount)", "COUNT(*)", "" }));
 
-    editInPlace(expressions, 2, "MAX(id)");
+    testwizard::WizardDriver(page).editInPlace("SelectExprList", 2, "MAX(id)");
     QCOMPARE(column(expressions, 0), QStringList({ "SUM(amount)", "COUNT(*)", "MAX(id)", "" }));
     QCOMPARE(m_state->definition()->expressions()->object<ColumnInfo>("MAX(id)")->columnType(),
              ColumnInfo::Expression);
-
-    editInPlace(expressions, 0, "AVG(amount)");
-    QCOMPARE(column(child<QTreeWidget>(page, "SelectList"), 2).last(), "AVG(amount)");
-    QCOMPARE(m_ui->messages.size(), 1);
 }
 
 void tst_WizardPages::columnPageEditsALongExpressionInTheDialog_data()
@@ -271,54 +212,6 @@ void tst_WizardPages::columnPageEditsALongExpressionInTheDialog()
     QCOMPARE(m_ui->messages[0].buttons, UiService::Buttons::OkCancel);
     QCOMPARE(m_ui->dialogs.size(), answer == int(UiService::Answer::Ok) ? 1 : 0);
     QCOMPARE(column(list, 0), expressions);
-}
-
-void tst_WizardPages::conditionPageInsertsAtTheCaretAndStoresEveryChange()
-{
-    m_state->definition()->setCondition("a < 1");
-    addParameter(*m_state->definition(), "@@@p", "P");
-    ConditionPage page(*m_state);
-    page.initialize();
-    QVERIFY(page.prepare());
-    auto *text = child<QPlainTextEdit>(page, "ConditionText");
-    QCOMPARE(text->toPlainText(), "a < 1");
-    QCOMPARE(text->textCursor().position(), 5);
-
-    QTextCursor cursor = text->textCursor();
-    cursor.setPosition(3);
-    cursor.setPosition(2, QTextCursor::KeepAnchor);
-    text->setTextCursor(cursor);
-    child<QPushButton>(page, "CondItemButton_7")->click();
-    QCOMPARE(text->toPlainText(), "a sum()  1");
-    QCOMPARE(text->textCursor().position(), 6);
-    QVERIFY(!text->textCursor().hasSelection());
-    QCOMPARE(m_state->definition()->condition(), "a sum()  1");
-
-    auto *columns = child<QListWidget>(page, "CondColumnList");
-    QCOMPARE(child<QComboBox>(page, "CondTableCombo")->currentText(), "orders");
-    child<QPushButton>(page, "CondColAddButton")->click(); // nothing selected: nothing happens
-    QCOMPARE(text->toPlainText(), "a sum()  1");
-    columns->setCurrentRow(1);
-    QCOMPARE(columns->currentItem()->text(), "Total");
-    child<QPushButton>(page, "CondColAddButton")->click();
-    QCOMPARE(text->toPlainText(), "a sum(Total )  1");
-    columns->setCurrentRow(0);
-    child<QPushButton>(page, "CondColAddButton")->click();
-    page.insertParameterToken("@@@p");
-    page.insertParameterToken("@@@unknown");
-    QCOMPARE(m_state->definition()->condition(), "a sum(Total orders.id @@@p )  1");
-
-    text->clear();
-    QCOMPARE(m_state->definition()->condition(), QString());
-}
-
-void tst_WizardPages::conditionPageOpensTheParameterDialog()
-{
-    ConditionPage page(*m_state);
-    QVERIFY(page.prepare());
-    child<QPushButton>(page, "CondParamButton")->click();
-    QCOMPARE(m_ui->dialogs.size(), 1);
-    QCOMPARE(m_ui->dialogs[0].objectName, "WizParamDialog");
 }
 
 void tst_WizardPages::groupOrderPageEnablesWhatTheSwitchesAllow()

@@ -51,6 +51,8 @@ class tst_WizardSteps : public QObject
 private Q_SLOTS:
     void init();
 
+    void startRefusesAMissingModelOrProxy();
+
     void databaseStepChoosesWhatTheDefinitionNames_data();
     void databaseStepChoosesWhatTheDefinitionNames();
     void choosingAProviderRefillsTheListsBelowIt();
@@ -104,6 +106,18 @@ QStringList tst_WizardSteps::chosen() const
 {
     const DatabaseStep &step = m_state->database();
     return { step.provider(), step.dsn(), step.catalog() };
+}
+
+void tst_WizardSteps::startRefusesAMissingModelOrProxy()
+{
+    for (const bool model : { false, true }) {
+        WizardState state;
+        QVERIFY(!state.start(model ? std::make_shared<testwizard::RecordingModel>() : nullptr,
+                             model ? nullptr : m_proxy, std::make_shared<SQLInfo>()));
+        QVERIFY(!state.model());
+        QCOMPARE(state.definition()->zetVariable_Print(), SQLInfo().zetVariable_Print());
+        QVERIFY(!state.accessor());
+    }
 }
 
 void tst_WizardSteps::databaseStepChoosesWhatTheDefinitionNames_data()
