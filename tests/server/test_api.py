@@ -260,6 +260,7 @@ class Api(unittest.TestCase):
         self.assertEqual((status, headers.get("WWW-Authenticate")), (401, 'Bearer realm="veldra"'))
         self.assertEqual(self.server.get("/api/components", token="x" * len(self.server.token))[0], 401)
         self.assertEqual(self.server.get("/api/components", token=self.server.token[:-1])[0], 401)
+        self.assertEqual(self.server.get("/api/components", token=self.server.token + "x")[0], 401)
         self.assertEqual(self.server.get("/api/components?token=" + self.server.token)[0], 401)
         status, _, page = self.server.get("/", token=False)
         self.assertEqual(status, 200)
