@@ -195,6 +195,8 @@ void tst_Cli::commandsAnswerWithStatusAndMessage_data()
     QTest::newRow("help COMMAND is COMMAND --help") << QStringList { "help", "run" } << 0 << "Usage: veldra run" << "";
     QTest::newRow("a bad --set is said by its command")
             << QStringList { "run", component, "--set", "novalue" } << 2 << "" << "veldra run: --set wants NAME=VALUE";
+    QTest::newRow("a --set without a name") << QStringList { "run", component, "--set", "=1" } << 2 << ""
+                                            << "veldra run: --set wants NAME=VALUE";
     QTest::newRow("edit help needs no display") << QStringList { "edit", "--help" } << 0 << "Usage: veldra edit" << "";
     QTest::newRow("edit wants one document") << QStringList { "edit" } << 2 << "" << "exactly one DOC";
     QTest::newRow("edit refuses a document that is not a component")
