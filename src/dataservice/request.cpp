@@ -4,6 +4,7 @@
 #include "messagetext.h"
 
 #include <tessaly/error.h>
+#include <tessaly/markupscan.h>
 
 #include <QByteArrayView>
 #include <QXmlStreamReader>
@@ -50,36 +51,23 @@ bool isXmlBlank(char c)
 // thousand of them would take minutes, and a document type could declare as many.
 void checkMarkup(QByteArrayView xml)
 {
-    const auto skipPast = [&](qsizetype from, const char *close) {
-        const qsizetype at = xml.indexOf(close, from);
-        return at < 0 ? xml.size() : at + qsizetype(qstrlen(close));
-    };
-    for (qsizetype i = xml.indexOf('<'); i >= 0 && i < xml.size(); i = xml.indexOf('<', i)) {
-        const QByteArrayView rest = xml.sliced(i);
-        if (rest.startsWith("<!--")) {
-            i = skipPast(i + 4, "-->");
-        } else if (rest.startsWith("<![CDATA[")) {
-            i = skipPast(i + 9, "]]>");
-        } else if (rest.startsWith("<?")) {
-            i = skipPast(i + 2, "?>");
-        } else if (rest.startsWith("<!")) {
+    tessaly::scanMarkup(xml, [&](tessaly::Markup kind, qsizetype i) -> qsizetype {
+        if (kind == tessaly::Markup::Declaration)
             malformed(QStringLiteral("a document type declaration or other markup declaration at %1 is not "
                                      "accepted in a request").arg(position(xml, i)));
-        } else if (rest.startsWith("</")) {
-            i += 2;
-        } else {
-            qsizetype end = i + 1;
-            while (end < xml.size() && !isXmlBlank(xml[end]) && xml[end] != '>' && xml[end] != '/')
-                ++end;
-            const QString name = QString::fromUtf8(xml.sliced(i + 1, end - i - 1));
-            while (end < xml.size() && isXmlBlank(xml[end]))
-                ++end;
-            if (end < xml.size() && xml[end] != '>' && !xml.sliced(end).startsWith("/>"))
-                malformed(QStringLiteral("element <%1> at %2 has attributes; no element of a request has any")
-                              .arg(MessageText::excerpt(name), position(xml, i)));
-            i = end;
-        }
-    }
+        if (kind == tessaly::Markup::EndTag)
+            return i + 2;
+        qsizetype end = i + 1;
+        while (end < xml.size() && !isXmlBlank(xml[end]) && xml[end] != '>' && xml[end] != '/')
+            ++end;
+        const QString name = QString::fromUtf8(xml.sliced(i + 1, end - i - 1));
+        while (end < xml.size() && isXmlBlank(xml[end]))
+            ++end;
+        if (end < xml.size() && xml[end] != '>' && !xml.sliced(end).startsWith("/>"))
+            malformed(QStringLiteral("element <%1> at %2 has attributes; no element of a request has any")
+                          .arg(MessageText::excerpt(name), position(xml, i)));
+        return end;
+    });
 }
 
 [[noreturn]] void unknownElement(const QXmlStreamReader &reader, const char *parent)

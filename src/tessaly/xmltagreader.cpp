@@ -1,5 +1,7 @@
 #include "tessaly/xmltagreader.h"
 
+#include "tessaly/markupscan.h"
+
 #include "tessaly/error.h"
 #include "tessaly/variablefactory.h"
 #include "tessaly/xmltext.h"
@@ -41,39 +43,30 @@ void XmlTagReader::checkMarkup(const QByteArray &data, const QString &sourceName
                                                         .arg(QString::fromUtf8(before.mid(lineStart)).size() + 1)
                                                         .arg(message));
     };
-    const auto skipPast = [&](qsizetype from, const char *close) {
-        const qsizetype at = data.indexOf(close, from);
-        return at < 0 ? data.size() : at + qsizetype(qstrlen(close));
-    };
-    for (qsizetype i = data.indexOf('<'); i >= 0; i = data.indexOf('<', i)) {
-        const QByteArrayView rest = QByteArrayView(data).sliced(i);
-        if (rest.startsWith("<!--")) {
-            i = skipPast(i + 4, "-->");
-        } else if (rest.startsWith("<![CDATA[")) {
-            i = skipPast(i + 9, "]]>");
-        } else if (rest.startsWith("<?")) {
-            i = skipPast(i + 2, "?>");
-        } else if (rest.startsWith("<!")) {
-            const qsizetype end = skipPast(i, ">");
-            if (data.mid(i, end - i).contains('['))
+    scanMarkup(data, [&](Markup kind, qsizetype i) -> qsizetype {
+        if (kind == Markup::EndTag)
+            return i + 2;
+        const qsizetype end = data.indexOf('>', i);
+        if (kind == Markup::Declaration) {
+            const qsizetype after = end < 0 ? data.size() : end + 1;
+            if (data.mid(i, after - i).contains('['))
                 failAtOffset(i, QStringLiteral("a document type that declares its own markup is not accepted"));
-            i = end;
-        } else {
-            int count = 0;
-            char quote = 0;
-            qsizetype j = i + 1;
-            for (; j < data.size() && (quote || data.at(j) != '>'); ++j) {
-                if (quote) {
-                    quote = data.at(j) == quote ? 0 : quote;
-                } else if (data.at(j) == '"' || data.at(j) == '\'') {
-                    quote = data.at(j);
-                } else if (data.at(j) == '=' && ++count > maximumAttributes) {
-                    failAtOffset(i, QStringLiteral("an element has more than %1 attributes").arg(maximumAttributes));
-                }
-            }
-            i = j;
+            return after;
         }
-    }
+        int count = 0;
+        char quote = 0;
+        qsizetype j = i + 1;
+        for (; j < data.size() && (quote || data.at(j) != '>'); ++j) {
+            if (quote) {
+                quote = data.at(j) == quote ? 0 : quote;
+            } else if (data.at(j) == '"' || data.at(j) == '\'') {
+                quote = data.at(j);
+            } else if (data.at(j) == '=' && ++count > maximumAttributes) {
+                failAtOffset(i, QStringLiteral("an element has more than %1 attributes").arg(maximumAttributes));
+            }
+        }
+        return j;
+    });
 }
 
 void XmlTagReader::fail(const QString &message) const
